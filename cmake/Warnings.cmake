@@ -1,0 +1,14 @@
+# Warnings for everything that is built here; a user of the library does not inherit them.
+if(PROJECT_IS_TOP_LEVEL)
+    add_compile_options(
+        -Wall
+        -Wextra
+        -Wpedantic
+        -Wshadow
+        -Wcast-qual
+        -Wformat-security
+        -Wnon-virtual-dtor
+        -Woverloaded-virtual
+        -Wundef
+        -Wunused)
+endif()

@@ -1,0 +1,15 @@
+// Everything that the library offers.
+
+#ifndef QORUTILS_QORUTILS_H_
+#define QORUTILS_QORUTILS_H_
+
+#include "qorutils/export.h"
+#include "qorutils/fs/file_names.h"
+#include "qorutils/text/c_string.h"
+#include "qorutils/text/qor_memory.h"
+#include "qorutils/text/qor_string.h"
+#include "qorutils/text/safe_format.h"
+#include "qorutils/text/text_encoding.h"
+#include "qorutils/text/utf8.h"
+
+#endif  // QORUTILS_QORUTILS_H_

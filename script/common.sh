@@ -1,0 +1,9 @@
+# Sourced by the scripts beside it: strict mode, the repository's root, one way to build.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+BuildPreset() {
+    echo "== build $1"
+    cmake --preset "$1"
+    cmake --build --preset "$1"
+}

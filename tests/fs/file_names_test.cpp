@@ -1,0 +1,377 @@
+#include <qorutils/fs/file_names.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <climits>
+#include <cstdlib>
+#include <stdexcept>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "support/scoped_locale.h"
+
+namespace {
+
+using namespace qor::file_names;
+using String = qor_text::CQorStringT<wchar_t>;
+
+std::wstring Whole(String const& s) {
+    return std::wstring(s.c_str(), static_cast<std::size_t>(s.GetLength()));
+}
+
+struct PathCase {
+    wchar_t const* path;
+    int nameStart;
+    int extStart;
+    wchar_t const* nameWithExt;
+    wchar_t const* ext;
+    wchar_t const* nameWithoutExt;
+    wchar_t const* pathWithoutExt;
+    wchar_t const* dirWithoutSlash;
+    wchar_t const* dirWithSlash;
+};
+
+PathCase const kPaths[] = {
+    {L"/usr/lib/libx.so.1", 9, 16, L"libx.so.1", L"1", L"libx.so", L"/usr/lib/libx.so", L"/usr/lib",
+     L"/usr/lib/"},
+    {L"C:\\dir\\file.txt", 7, 11, L"file.txt", L"txt", L"file", L"C:\\dir\\file", L"C:\\dir",
+     L"C:\\dir\\"},
+    // the later separator wins, whichever it is
+    {L"mixed\\a/b.c", 8, 9, L"b.c", L"c", L"b", L"mixed\\a/b", L"mixed\\a", L"mixed\\a/"},
+    {L"mixed/a\\b.c", 8, 9, L"b.c", L"c", L"b", L"mixed/a\\b", L"mixed/a", L"mixed/a\\"},
+    {L"noext", 0, 5, L"noext", L"", L"noext", L"noext", L"", L""},
+    {L"file.", 0, 4, L"file.", L"", L"file", L"file", L"", L""},
+    {L".hidden", 0, 0, L".hidden", L"hidden", L"", L"", L"", L""},
+    // on purpose: a dot in a directory name counts
+    {L"a.b/c", 4, 1, L"c", L"b/c", L"c", L"a", L"a.b", L"a.b/"},
+    {L"a.b/c.d", 4, 5, L"c.d", L"d", L"c", L"a.b/c", L"a.b", L"a.b/"},
+    {L"./c", 2, 0, L"c", L"/c", L"c", L"", L".", L"./"},
+    {L"a/.b", 2, 2, L".b", L"b", L"", L"a/", L"a", L"a/"},
+    {L"a/..", 2, 3, L"..", L"", L".", L"a/.", L"a", L"a/"},
+    {L"", 0, 0, L"", L"", L"", L"", L"", L""},
+    {L".", 0, 0, L".", L"", L"", L"", L"", L""},
+    {L"..", 0, 1, L"..", L"", L".", L".", L"", L""},
+    {L"a", 0, 1, L"a", L"", L"a", L"a", L"", L""},
+    {L"a.b", 0, 1, L"a.b", L"b", L"a", L"a", L"", L""},
+    {L"/", 1, 1, L"", L"", L"", L"/", L"", L"/"},
+    {L"\\", 1, 1, L"", L"", L"", L"\\", L"", L"\\"},
+    {L"/file", 1, 5, L"file", L"", L"file", L"/file", L"", L"/"},
+    {L"dir/", 4, 4, L"", L"", L"", L"dir/", L"dir", L"dir/"},
+    {L"dir.d/", 6, 3, L"", L"d/", L"", L"dir", L"dir.d", L"dir.d/"},
+    {L"//host//x", 8, 9, L"x", L"", L"x", L"//host//x", L"//host/", L"//host//"},
+    {L"C:file", 0, 6, L"C:file", L"", L"C:file", L"C:file", L"", L""},
+    {L"\u00FC\u4E2D/\U0001F600.\u00E9", 3, 4, L"\U0001F600.\u00E9", L"\u00E9", L"\U0001F600",
+     L"\u00FC\u4E2D/\U0001F600", L"\u00FC\u4E2D", L"\u00FC\u4E2D/"},
+};
+
+TEST(FileNames, FindTheStartsOfNameAndExtension) {
+    for (PathCase const& c : kPaths) {
+        EXPECT_EQ(c.nameStart, GetFileNameStart(c.path)) << c.path;
+        EXPECT_EQ(c.extStart, GetFileExtStart(c.path)) << c.path;
+    }
+}
+
+TEST(FileNames, TakePathsApart) {
+    for (PathCase const& c : kPaths) {
+        EXPECT_EQ(c.nameWithExt, Whole(ExtractFileNameWithExtFromPathName(c.path))) << c.path;
+        EXPECT_EQ(c.ext, Whole(ExtractFileNameExtFromPathName(c.path))) << c.path;
+        EXPECT_EQ(c.nameWithoutExt, Whole(ExtractFileNameWithoutExtFromPathName(c.path))) << c.path;
+        EXPECT_EQ(c.pathWithoutExt, Whole(ExtractPathNameWithoutExtFromPathName(c.path))) << c.path;
+        EXPECT_EQ(c.dirWithoutSlash, Whole(ExtractDirNameWithoutSlashFromPathName(c.path)))
+            << c.path;
+        EXPECT_EQ(c.dirWithSlash, Whole(ExtractDirNameWithSlashFromPathName(c.path))) << c.path;
+    }
+}
+
+TEST(FileNames, LeaveThePathAsItIs) {
+    String const path(L"C:\\dir\\file.txt");
+    GetCanonicalFileName(path);
+    ExtractFileNameWithExtFromPathName(path);
+    EXPECT_EQ(L"C:\\dir\\file.txt", Whole(path));
+}
+
+TEST(FileNames, LookForSeparatorsUpToTheFirstZeroOnly) {
+    String const path(L"d/n.e\0x/y.z", 11);
+    EXPECT_EQ(2, GetFileNameStart(path));
+    EXPECT_EQ(3, GetFileExtStart(path));
+    EXPECT_EQ(std::wstring(L"n.e\0x/y.z", 9), Whole(ExtractFileNameWithExtFromPathName(path)));
+    EXPECT_EQ(std::wstring(L"e\0x/y.z", 7), Whole(ExtractFileNameExtFromPathName(path)));
+    EXPECT_EQ(L"n", Whole(ExtractFileNameWithoutExtFromPathName(path)));
+    EXPECT_EQ(L"d/n", Whole(ExtractPathNameWithoutExtFromPathName(path)));
+    EXPECT_EQ(L"d", Whole(ExtractDirNameWithoutSlashFromPathName(path)));
+    EXPECT_EQ(L"d/", Whole(ExtractDirNameWithSlashFromPathName(path)));
+}
+
+TEST(FileNames, CountWhatLiesBehindAZeroAsPartOfTheLastPiece) {
+    String const path(L"name\0.x", 7);
+    EXPECT_EQ(0, GetFileNameStart(path));
+    EXPECT_EQ(7, GetFileExtStart(path));
+    EXPECT_EQ(std::wstring(L"name\0.x", 7), Whole(ExtractFileNameWithoutExtFromPathName(path)));
+    EXPECT_EQ(L"", Whole(ExtractFileNameExtFromPathName(path)));
+}
+
+TEST(GetCanonicalFileName, TurnsBackslashesAndNothingElse) {
+    struct {
+        wchar_t const* path;
+        wchar_t const* canonical;
+    } const cases[] = {
+        {L"a\\\\b", L"a//b"},
+        {L"C:\\dir\\file.txt", L"C:/dir/file.txt"},
+        {L"\\", L"/"},
+        {L"a/b", L"a/b"},
+        {L"a//b/./../c/", L"a//b/./../c/"},
+        {L"a\\.\\..\\c\\", L"a/./../c/"},
+        {L"", L""},
+    };
+    for (auto const& c : cases) EXPECT_EQ(c.canonical, Whole(GetCanonicalFileName(c.path)));
+}
+
+TEST(GetCanonicalFileName, TurnsBackslashesBehindAZeroToo) {
+    EXPECT_EQ(std::wstring(L"a/\0/b", 5), Whole(GetCanonicalFileName(String(L"a\\\0\\b", 5))));
+}
+
+struct Pieces {
+    String nameWithExt = L"old";
+    String nameWithoutExt = L"old";
+    String ext = L"old";
+    String parentDirName = L"old";
+    String parentPath = L"old";
+    bool hasExt = false;
+
+    explicit Pieces(String const& path) {
+        hasExt = ExtractFileNameAndExtAndParentDirFromPathName(path, nameWithExt, nameWithoutExt,
+                                                               ext, parentDirName, parentPath);
+    }
+};
+
+TEST(ExtractFileNameAndExtAndParentDir, FillsAllPieces) {
+    struct {
+        wchar_t const* path;
+        wchar_t const* nameWithExt;
+        wchar_t const* nameWithoutExt;
+        wchar_t const* ext;
+        wchar_t const* parentDirName;
+        wchar_t const* parentPath;
+        bool hasExt;
+    } const cases[] = {
+        {L"/x/y/z.txt", L"z.txt", L"z", L"txt", L"y", L"/x", true},
+        {L"C:\\x\\y\\z.txt", L"z.txt", L"z", L"txt", L"y", L"C:\\x", true},
+        {L"y/z.txt", L"z.txt", L"z", L"txt", L"y", L"", true},
+        {L"/y/z", L"z", L"z", L"", L"y", L"", false},
+        {L"/z.txt", L"z.txt", L"z", L"txt", L"", L"", true},
+        {L"z.", L"z.", L"z", L"", L"", L"", false},
+        {L"a.b/c", L"c", L"c", L"b/c", L"a.b", L"", true},
+        {L"/w/x/y/", L"", L"", L"", L"y", L"/w/x", false},
+        {L"x//z.t", L"z.t", L"z", L"t", L"", L"x", true},
+        {L"", L"", L"", L"", L"", L"", false},
+    };
+    for (auto const& c : cases) {
+        Pieces const pieces(c.path);
+        EXPECT_EQ(c.nameWithExt, Whole(pieces.nameWithExt)) << c.path;
+        EXPECT_EQ(c.nameWithoutExt, Whole(pieces.nameWithoutExt)) << c.path;
+        EXPECT_EQ(c.ext, Whole(pieces.ext)) << c.path;
+        EXPECT_EQ(c.parentDirName, Whole(pieces.parentDirName)) << c.path;
+        EXPECT_EQ(c.parentPath, Whole(pieces.parentPath)) << c.path;
+        EXPECT_EQ(c.hasExt, pieces.hasExt) << c.path;
+    }
+}
+
+TEST(ExtractFileNameAndExtAndParentDir, TakesThePathAsAnyOfItsOutputs) {
+    for (int output = 0; output != 5; ++output) {
+        String strings[5];
+        strings[output] = L"/x/y/z.txt";
+        EXPECT_TRUE(ExtractFileNameAndExtAndParentDirFromPathName(
+            strings[output], strings[0], strings[1], strings[2], strings[3], strings[4]));
+        EXPECT_EQ(L"z.txt", Whole(strings[0])) << output;
+        EXPECT_EQ(L"z", Whole(strings[1])) << output;
+        EXPECT_EQ(L"txt", Whole(strings[2])) << output;
+        EXPECT_EQ(L"y", Whole(strings[3])) << output;
+        EXPECT_EQ(L"/x", Whole(strings[4])) << output;
+    }
+}
+
+TEST(ExtractFileNameAndExtAndParentDir, LeavesTheLastPieceInAStringThatServesForSeveral) {
+    String path(L"/x/y/z.txt");
+    String other;
+    EXPECT_TRUE(
+        ExtractFileNameAndExtAndParentDirFromPathName(path, other, other, other, path, path));
+    EXPECT_EQ(L"txt", Whole(other));
+    EXPECT_EQ(L"/x", Whole(path));
+    EXPECT_TRUE(
+        ExtractFileNameAndExtAndParentDirFromPathName(L"n.e", path, path, path, path, path));
+    EXPECT_EQ(L"", Whole(path));
+}
+
+TEST(ExtractFileNameAndExtAndParentDir, FillsOutputsThatShareABuffer) {
+    String path(L"/x/y/z.txt");
+    String a(path), b(path), c(path), d(path), e(path);
+    EXPECT_TRUE(ExtractFileNameAndExtAndParentDirFromPathName(path, a, b, c, d, e));
+    EXPECT_EQ(L"z.txt z txt y /x", Whole(a + L" " + b + L" " + c + L" " + d + L" " + e));
+    EXPECT_EQ(L"/x/y/z.txt", Whole(path));
+}
+
+// A fresh directory below /tmp as the working directory, for one scope.
+class WorkingDirectory {
+  public:
+    WorkingDirectory() : before_(open(".", O_RDONLY | O_DIRECTORY)) {
+        char name[] = "/tmp/qorutils_file_names_XXXXXX";
+        if (before_ < 0 || mkdtemp(name) == nullptr) throw std::runtime_error("no directory");
+        root_ = name;
+        Enter(root_);
+    }
+    ~WorkingDirectory() {
+        EXPECT_EQ(0, fchdir(before_));
+        close(before_);
+        if (!below_.empty()) rmdir(below_.c_str());
+        rmdir(root_.c_str());
+    }
+    WorkingDirectory(WorkingDirectory const&) = delete;
+    WorkingDirectory& operator=(WorkingDirectory const&) = delete;
+
+    void MakeAndEnter(char const* name) {
+        below_ = root_ + "/" + name;
+        if (mkdir(below_.c_str(), 0700) != 0) throw std::runtime_error("mkdir");
+        Enter(below_);
+    }
+    void Remove() { ASSERT_EQ(0, rmdir(root_.c_str())); }
+
+    // As the system names it, widened as ASCII.
+    static std::wstring Name() {
+        char name[PATH_MAX];
+        if (getcwd(name, sizeof name) == nullptr) throw std::runtime_error("getcwd");
+        return std::wstring(name, name + std::char_traits<char>::length(name));
+    }
+
+  private:
+    static void Enter(std::string const& name) {
+        if (chdir(name.c_str()) != 0) throw std::runtime_error("chdir");
+    }
+
+    int before_;
+    std::string root_;
+    std::string below_;
+};
+
+// An environment variable for one scope.
+class ScopedVariable {
+  public:
+    ScopedVariable(char const* name, char const* value) : name_(name) {
+        if (char const* const before = std::getenv(name)) before_ = before;
+        setenv(name, value, 1);
+    }
+    ~ScopedVariable() {
+        if (before_.empty())
+            unsetenv(name_);
+        else
+            setenv(name_, before_.c_str(), 1);
+    }
+    ScopedVariable(ScopedVariable const&) = delete;
+    ScopedVariable& operator=(ScopedVariable const&) = delete;
+
+  private:
+    char const* name_;
+    std::string before_;
+};
+
+TEST(GetAbsoluteFileName, PutsTheWorkingDirectoryInFrontOfRelativePaths) {
+    WorkingDirectory directory;
+    EXPECT_EQ(directory.Name() + L"/file.txt", Whole(GetAbsoluteFileName(L"file.txt")));
+    EXPECT_EQ(directory.Name() + L"/a/b", Whole(GetAbsoluteFileName(L"a/b")));
+    EXPECT_EQ(directory.Name() + L"/a/", Whole(GetAbsoluteFileName(L"a/")));
+}
+
+TEST(GetAbsoluteFileName, KeepsAbsolutePaths) {
+    for (wchar_t const* path : {L"/", L"/file", L"/a/../b/./c", L"/no/such/directory/", L"//a//b"})
+        EXPECT_EQ(path, Whole(GetAbsoluteFileName(path)));
+}
+
+TEST(GetAbsoluteFileName, KeepsDots) {
+    WorkingDirectory directory;
+    EXPECT_EQ(directory.Name() + L"/.", Whole(GetAbsoluteFileName(L".")));
+    EXPECT_EQ(directory.Name() + L"/..", Whole(GetAbsoluteFileName(L"..")));
+    EXPECT_EQ(directory.Name() + L"/./a/../b", Whole(GetAbsoluteFileName(L"./a/../b")));
+}
+
+TEST(GetAbsoluteFileName, GivesTheWorkingDirectoryForAnEmptyPath) {
+    WorkingDirectory directory;
+    EXPECT_EQ(directory.Name(), Whole(GetAbsoluteFileName(L"")));
+    EXPECT_EQ(directory.Name(), Whole(GetAbsoluteFileName(String(L"\0file", 5))));
+}
+
+TEST(GetAbsoluteFileName, TurnsBackslashesAfterwards) {
+    WorkingDirectory directory;
+    EXPECT_EQ(directory.Name() + L"/a/b.c", Whole(GetAbsoluteFileName(L"a\\b.c")));
+    EXPECT_EQ(L"/a/b", Whole(GetAbsoluteFileName(L"/a\\b")));
+    // On purpose: only '/' makes a path absolute.
+    EXPECT_EQ(directory.Name() + L"//a", Whole(GetAbsoluteFileName(L"\\a")));
+    EXPECT_EQ(directory.Name() + L"/C:/a", Whole(GetAbsoluteFileName(L"C:\\a")));
+}
+
+TEST(GetAbsoluteFileName, TurnsBackslashesOfTheWorkingDirectoryToo) {
+    WorkingDirectory directory;
+    std::wstring const parent = directory.Name();
+    directory.MakeAndEnter("back\\slash");
+    EXPECT_EQ(parent + L"/back/slash/file", Whole(GetAbsoluteFileName(L"file")));
+}
+
+TEST(GetAbsoluteFileName, ReadsThePathUpToItsFirstZero) {
+    WorkingDirectory directory;
+    EXPECT_EQ(directory.Name() + L"/a", Whole(GetAbsoluteFileName(String(L"a\0b", 3))));
+    EXPECT_EQ(L"/a", Whole(GetAbsoluteFileName(String(L"/a\0b", 4))));
+}
+
+TEST(GetAbsoluteFileName, KeepsCharactersThatTheLocaleEncodes) {
+    ScopedLocale locale("C.UTF-8");
+    WorkingDirectory directory;
+    std::wstring const parent = directory.Name();
+    EXPECT_EQ(parent + L"/caf\u00E9/\u4E2D\U0001F600",
+              Whole(GetAbsoluteFileName(L"caf\u00E9/\u4E2D\U0001F600")));
+    EXPECT_EQ(L"/\u00FC", Whole(GetAbsoluteFileName(L"/\u00FC")));
+    directory.MakeAndEnter("caf\xC3\xA9");
+    EXPECT_EQ(parent + L"/caf\u00E9/\u00FC", Whole(GetAbsoluteFileName(L"\u00FC")));
+    EXPECT_EQ(parent + L"/caf\u00E9", Whole(GetAbsoluteFileName(L"")));
+}
+
+TEST(GetAbsoluteFileName, IsEmptyForAPathThatTheLocaleCannotEncode) {
+    {
+        ScopedLocale locale("C");
+        EXPECT_EQ(L"", Whole(GetAbsoluteFileName(L"caf\u00E9")));
+        EXPECT_EQ(L"", Whole(GetAbsoluteFileName(L"/caf\u00E9/file")));
+        EXPECT_EQ(L"", Whole(GetAbsoluteFileName(L"\u4E2D")));
+    }
+    {
+        ScopedLocale locale("C.UTF-8");
+        wchar_t const noCharacter[] = {L'/', static_cast<wchar_t>(0xD800), 0};
+        EXPECT_EQ(L"", Whole(GetAbsoluteFileName(noCharacter)));
+    }
+}
+
+TEST(GetAbsoluteFileName, CutsAWorkingDirectoryThatTheLocaleCannotDecode) {
+    WorkingDirectory directory;
+    std::wstring const parent = directory.Name();
+    directory.MakeAndEnter("caf\xE9!");
+    ScopedLocale locale("C.UTF-8");
+    EXPECT_EQ(parent + L"/caf", Whole(GetAbsoluteFileName(L"file")));
+}
+
+TEST(GetAbsoluteFileName, DoesNotCareForAMissingLocaleInTheEnvironment) {
+    ScopedVariable variable("LC_ALL", "xx_XX.UTF-8");
+    ScopedLocale locale("C.UTF-8");
+    WorkingDirectory directory;
+    EXPECT_EQ(directory.Name() + L"/caf\u00E9", Whole(GetAbsoluteFileName(L"caf\u00E9")));
+    EXPECT_EQ(L"/caf\u00E9", Whole(GetAbsoluteFileName(L"/caf\u00E9")));
+}
+
+TEST(GetAbsoluteFileName, IsEmptyWithoutAWorkingDirectoryUnlessNoneIsNeeded) {
+    WorkingDirectory directory;
+    directory.Remove();
+    EXPECT_EQ(L"", Whole(GetAbsoluteFileName(L"file")));
+    EXPECT_EQ(L"", Whole(GetAbsoluteFileName(L".")));
+    EXPECT_EQ(L"", Whole(GetAbsoluteFileName(L"")));
+    EXPECT_EQ(L"/a/b", Whole(GetAbsoluteFileName(L"/a\\b")));
+}
+
+}  // namespace
