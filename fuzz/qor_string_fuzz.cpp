@@ -459,9 +459,13 @@ class Game {
         int const count = draws_.Index(Length());
         auto const part = text().substr(Clamp(first), static_cast<std::size_t>(std::max(count, 0)));
         String const mid = S().Mid(first, count);
-        Expect(Text(mid.begin(), mid.end()) == part);
         bool const whole = first <= 0 && static_cast<int>(part.size()) == Length();
+        Expect(Text(mid.begin(), mid.end()) == Extracted(part, whole));
         Expect((mid.c_str() == S().c_str()) == (M().IsNil() || (whole && !M().IsLocked())));
+    }
+    // The whole of a locked string is copied as a zero-terminated text.
+    Text Extracted(Text const& part, bool whole) {
+        return whole && M().IsLocked() ? UpToZero(part) : part;
     }
     void Tokenize() {
         auto const delims = DrawArgument();
@@ -471,7 +475,8 @@ class Game {
         if (before < 0) return Expect(token.IsEmpty() && start == before);
         auto const rest = text().substr(Clamp(before));
         if (delims.text.empty() && !rest.empty())
-            return Expect(Text(token.begin(), token.end()) == rest && start == before);
+            return Expect(Text(token.begin(), token.end()) == Extracted(rest, before == 0) &&
+                          start == before);
         auto const isDelimiter = [&delims](T ch) {
             return ch != T() && delims.text.find(ch) != Text::npos;
         };

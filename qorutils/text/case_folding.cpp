@@ -16,8 +16,8 @@ struct AsciiTable {
     // A locale may have been loaded where another one was unloaded: those that differ do so at I.
     bool IsCurrent(CaseFolder::Mapping mapping) const {
         return locale == CurrentLocale() &&
-               mapping(L'I') == static_cast<std::wint_t>(mapped['I']) &&
-               mapping(L'i') == static_cast<std::wint_t>(mapped['i']);
+               mapping(L'I') == static_cast<std::wint_t>(mapped[L'I']) &&
+               mapping(L'i') == static_cast<std::wint_t>(mapped[L'i']);
     }
 
     void Fill(CaseFolder::Mapping mapping) {

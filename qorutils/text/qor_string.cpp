@@ -25,8 +25,9 @@ namespace detail {
 
 int CompareText(wchar_t const* a, wchar_t const* b) noexcept {
     while (*a == *b && *a != L'\0') ++a, ++b;
-    auto const left = static_cast<std::uint32_t>(*a);
-    auto const right = static_cast<std::uint32_t>(*b);
+    using Code = std::make_unsigned<wchar_t>::type;
+    auto const left = static_cast<Code>(*a);
+    auto const right = static_cast<Code>(*b);
     return left < right ? -1 : left > right;
 }
 

@@ -231,7 +231,8 @@ class QORUTILS_API CQorStringT {
     // compared with the capacity.
     void ReleaseBuffer(int n = -1);
 
-    // Makes the buffer private to this string until UnlockBuffer: copies get their own.
+    // Makes the buffer private to this string until UnlockBuffer: copies get their own. An
+    // operation that has to replace the buffer ends the lock, assigning another string excepted.
     T* LockBuffer();
     void UnlockBuffer();
 
@@ -264,7 +265,8 @@ class QORUTILS_API CQorStringT {
     CQorStringT Left(int count) const;
     CQorStringT Right(int count) const;
 
-    // The leading run of characters that are, or are not, in set. A null set has none.
+    // The leading run of characters that are, or are not, in set. A null set contains none, so that
+    // every character is not in it.
     CQorStringT SpanIncluding(T const* set) const;
     CQorStringT SpanExcluding(T const* set) const;
 
@@ -564,7 +566,7 @@ struct hash<qor_text::CQorStringT<T>> {
     size_t operator()(qor_text::CQorStringT<T> const& s) const noexcept {
         uint64_t code = 14695981039346656037u;  // FNV-1a, over characters
         for (T const* p = s.c_str(); *p != T(); ++p)
-            code = (code ^ static_cast<uint32_t>(*p)) * 1099511628211u;
+            code = (code ^ static_cast<typename make_unsigned<T>::type>(*p)) * 1099511628211u;
         return static_cast<size_t>(code ^ (code >> 32));
     }
 };

@@ -438,7 +438,6 @@ void CQorStringT<T>::FormatText(T const* format, va_list args) {
     int const length = FormatInto(probe, kProbeLength, format, probeArgs);
     va_end(probeArgs);
     if (length < 0) {
-        GetBuffer(0);
         ReleaseBuffer();
     } else if (length < kProbeLength) {
         Copy(GetBuffer(length + 1), probe, length + 1);

@@ -78,7 +78,7 @@ constexpr int kBlocksAtOnce = 4;
 template <typename T>
 bool MayMatch(T const* block, std::ptrdiff_t span, T first, T last) {
     using Lane = typename std::make_unsigned<T>::type;
-    typedef Lane Vector __attribute__((vector_size(16)));
+    using Vector __attribute__((vector_size(16))) = Lane;
     constexpr int kLanes = 16 / sizeof(T);
     Vector const firsts = Vector{} + static_cast<Lane>(first);
     Vector const lasts = Vector{} + static_cast<Lane>(last);

@@ -64,8 +64,9 @@ QORUTILS_API int do_mbtowc(wchar_t* pwc, char const* s, unsigned int n);
 //
 // st is null, or holds zeros, or holds a character of which some bytes were seen before this
 // string; decoding first completes that one and then clears *st. When the string does not complete
-// it: -1, with *src where it was and *st cleared, so that decoding can go on at *src. The functions
-// here never leave such a state themselves; a caller who reads text in pieces sets it up.
+// it, or when no character leaves such a state: -1, with *src where it was and *st cleared, so that
+// decoding can go on at *src. With n 0 there is no room to complete it: 0, and both stay. The
+// functions here never leave such a state themselves; a caller who reads text in pieces sets it up.
 // It is kept in st->__count, as unsigned:
 //
 //     bits 31-30   number of bytes still missing, 1 to 3

@@ -55,7 +55,8 @@ void* TakeArray(std::size_t size) noexcept {
     return mark + 1;
 }
 
-void GiveArray(void* block) noexcept {
+// Not inlined, here and below: the compiler would take free() for a mistake of the caller.
+__attribute__((noinline)) void GiveArray(void* block) noexcept {
     if (block == nullptr) return;
     Mark* const mark = static_cast<Mark*>(block) - 1;
     if (mark->value != kLive) {
@@ -77,7 +78,7 @@ void* TakePlain(std::size_t size) noexcept {
     return std::malloc(size == 0 ? 1 : size);
 }
 
-void GivePlain(void* block) noexcept {
+__attribute__((noinline)) void GivePlain(void* block) noexcept {
     if (block == nullptr) return;
     ++plainHeap.given;
     std::free(block);

@@ -29,7 +29,7 @@ class GuardedArray {
             munmap(base_, mapped_);
             throw std::bad_alloc();
         }
-        data_ = reinterpret_cast<T*>(base_ + accessible - n * sizeof(T));
+        data_ = static_cast<T*>(static_cast<void*>(base_ + accessible - n * sizeof(T)));
     }
     GuardedArray(T const* source, std::size_t n) : GuardedArray(n) {
         if (n != 0) std::memcpy(data_, source, n * sizeof(T));

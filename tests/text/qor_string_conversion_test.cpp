@@ -104,6 +104,34 @@ TEST(QorStringFromWide, AssignedCharacterIsNarrowedByValue) {
     EXPECT_EQ(Text<char>("\xAC"), s);
 }
 
+TEST(QorStringFromWide, EveryLengthComesOutWholeAndExact) {
+    ScopedLocale const locale("C.UTF-8");
+    std::wstring text;
+    std::string bytes;
+    for (int n = 1; n <= 1100; ++n) {
+        text += n % 3 == 0 ? L'\U0001F600' : n % 3 == 1 ? L'x' : L'\u00e9';
+        bytes += n % 3 == 0 ? "\xF0\x9F\x98\x80" : n % 3 == 1 ? "x" : "\xC3\xA9";
+        CQorStringT<char> const s(text.c_str());
+        ASSERT_EQ(bytes, Content(s));
+        ASSERT_TRUE(IsTerminated(s));
+        ASSERT_EQ(s.GetLength(), s.GetAllocLength());
+        auto reused = WithRoom(Text<char>("before"), 2000);
+        reused = text.c_str();
+        ASSERT_EQ(bytes, Content(reused));
+    }
+}
+
+TEST(QorStringFromWide, FailureAnywhereGivesTheEmptyString) {
+    ScopedLocale const locale("C");
+    for (std::size_t n : {0u, 1u, 239u, 240u, 241u, 255u, 256u, 257u, 1000u}) {
+        std::wstring const text = std::wstring(n, L'x') + L'\u20ac' + L"more";
+        EXPECT_EQ(Text<char>(""), CQorStringT<char>(text.c_str())) << n;
+        CQorStringT<char> s("before");
+        s = text.c_str();
+        EXPECT_EQ(Text<char>(""), s) << n;
+    }
+}
+
 TEST(QorStringFromWide, ReadsNothingBeyondTheTerminator) {
     ScopedLocale const locale("C.UTF-8");
     for (std::size_t n = 1; n <= 40; ++n) {
@@ -232,6 +260,39 @@ TEST(QorStringFromNarrow, CountedTextIsNotReadBeyondAnInvalidSequence) {
     std::string const cutOff("ab\xF0\x9F\x98", 6);
     GuardedArray<char> const terminated(cutOff.data(), cutOff.size());
     EXPECT_STREQ(L"ab", CQorStringT<wchar_t>(terminated.data(), 100));
+}
+
+TEST(QorStringFromNarrow, EveryLengthComesOutWholeAndExact) {
+    ScopedLocale const locale("C.UTF-8");
+    std::wstring text;
+    std::string bytes;
+    for (int n = 1; n <= 1100; ++n) {
+        text += n % 3 == 0 ? L'\U0001F600' : n % 3 == 1 ? L'x' : L'\u00e9';
+        bytes += n % 3 == 0 ? "\xF0\x9F\x98\x80" : n % 3 == 1 ? "x" : "\xC3\xA9";
+        CQorStringT<wchar_t> const s(bytes.c_str());
+        ASSERT_EQ(text, Content(s));
+        ASSERT_TRUE(IsTerminated(s));
+        ASSERT_EQ(n, s.GetAllocLength());
+        CQorStringT<wchar_t> const counted(bytes.c_str(), n - 1);
+        ASSERT_EQ(text.substr(0, text.size() - 1), Content(counted));
+        auto reused = WithRoom(Text<wchar_t>("before"), 2000);
+        reused = bytes.c_str();
+        ASSERT_EQ(text, Content(reused));
+        ASSERT_EQ(2000, reused.GetAllocLength());
+    }
+}
+
+TEST(QorStringFromNarrow, InvalidSequenceAnywhereKeepsWhatStandsBeforeIt) {
+    ScopedLocale const locale("C.UTF-8");
+    for (std::size_t n : {0u, 1u, 239u, 240u, 241u, 255u, 256u, 257u, 1000u}) {
+        std::string const bytes = std::string(n, 'x') + "\xFF more";
+        CQorStringT<wchar_t> const expected(L'x', static_cast<int>(n));
+        EXPECT_EQ(expected, CQorStringT<wchar_t>(bytes.c_str())) << n;
+        EXPECT_EQ(expected, CQorStringT<wchar_t>(bytes.c_str(), 2000)) << n;
+        CQorStringT<wchar_t> s(L"before");
+        s = bytes.c_str();
+        EXPECT_EQ(expected, s) << n;
+    }
 }
 
 TEST(QorStringFromNarrow, ReadsNothingBeyondTheTerminator) {

@@ -167,6 +167,50 @@ TYPED_TEST(QorStringReplace, TextsMayLieInsideTheString) {
     EXPECT_EQ(Text<T>("abcab"), keeper);
 }
 
+TYPED_TEST(QorStringReplace, TextsInsideTheStringMayBeOverwrittenOnTheWay) {
+    using T = TypeParam;
+    auto pattern = WithRoom(Text<T>("abcab"), 40);
+    EXPECT_EQ(2, pattern.Replace(pattern.c_str() + 3, Text<T>("xyzw")));
+    EXPECT_EQ(Text<T>("xyzwcxyzw"), pattern);
+
+    auto replacement = WithRoom(Text<T>("abcab"), 40);
+    EXPECT_EQ(2, replacement.Replace(Text<T>("a"), replacement.c_str() + 1));
+    EXPECT_EQ(Text<T>("bcabbcbcabb"), replacement);
+
+    auto firstRun = String<T>("ab\0abab");
+    EXPECT_EQ(3, firstRun.Replace(firstRun, Text<T>("x")));
+    EXPECT_EQ(Text<T>("x\0xx"), firstRun);
+}
+
+TYPED_TEST(QorStringReplace, RandomTextsInsideTheStringAgreeWithCopiesOfThem) {
+    using T = TypeParam;
+    RandomText random(8);
+    auto const alphabet = Text<T>("aab\0").characters;
+    for (int round = 0; round < 8000; ++round) {
+        auto const text = random.Of(alphabet, 1 + random.Below(12));
+        int const length = static_cast<int>(text.size());
+        auto s = WithRoom(TextLiteral<T>{text}, length + random.Below(2) * 200);
+        std::basic_string<T> const spare(static_cast<std::size_t>(s.GetAllocLength() - length),
+                                         T('#'));
+        std::copy(spare.begin(), spare.end(), s.GetBuffer(0) + length);
+        s.ReleaseBuffer(length);
+        bool const shared = random.Below(3) == 0;
+        CQorStringT<T> const keeper = shared ? s : CQorStringT<T>();
+        ReplaceOracle<T> oracle(std::vector<T>(s.begin(), s.begin() + s.GetAllocLength() + 1),
+                                length, shared);
+
+        T const* from = s.c_str() + random.Below(length);
+        T const* to = s.c_str() + random.Below(length + 1);
+        std::basic_string<T> const copyOfFrom(from);
+        std::basic_string<T> const copyOfTo(to);
+        int const kind = random.Below(3);
+        if (kind == 1) from = copyOfFrom.c_str();
+        if (kind == 2) to = copyOfTo.c_str();
+        ASSERT_EQ(oracle.Replace(copyOfFrom.c_str(), copyOfTo.c_str()), s.Replace(from, to));
+        ASSERT_EQ(oracle.Text(), Content(s)) << testing::PrintToString(text);
+    }
+}
+
 TYPED_TEST(QorStringReplace, RandomTextsAgreeWithMovingTheRemainderAtEveryMatch) {
     using T = TypeParam;
     RandomText random(5);

@@ -331,6 +331,11 @@ TYPED_TEST(QorStringExtraction, WholeOfALockedStringIsACopy) {
     EXPECT_EQ(Text<T>("abc"), whole);
     EXPECT_NE(s.c_str(), whole.c_str());
     EXPECT_EQ(-1, Refs(s));
+
+    auto zeros = String<T>("a\0c");
+    zeros.LockBuffer();
+    EXPECT_EQ(Text<T>("a"), zeros.Right(3));  // as any copy of a locked string
+    EXPECT_EQ(Text<T>("\0c"), zeros.Right(2));
 }
 
 TYPED_TEST(QorStringExtraction, EmbeddedZerosAreOrdinaryCharacters) {
