@@ -463,7 +463,7 @@ class QORUTILS_API CQorStringT {
     }
 
     inline void ReplaceBlock(Data* fresh) noexcept;
-    CQorStringT& Append(int n, T const* s);
+    inline CQorStringT& Append(int n, T const* s);
     CQorStringT& AppendGrowing(T ch);
     void CopyLocked(CQorStringT const& src);
     int FindFirst(T const* sub, int n, int start) const;
@@ -545,6 +545,26 @@ inline CQorStringT<T>& CQorStringT<T>::operator+=(T ch) {
     data->nDataLength = length + 1;
     return *this;
 }
+
+// gcc takes the header, which lies in front of the text, for an access outside of s where s is the
+// string's own text.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Warray-bounds"
+template <typename T>
+inline CQorStringT<T>& CQorStringT<T>::Append(int n, T const* s) {
+    T* const text = m_pchData;
+    Data* const data = GetData();
+    int const length = data->nDataLength;
+    if (n < 1 || n > data->nAllocLength - length || data->Refs() >= 2) {
+        ConcatInPlace(n, s);
+    } else {
+        std::memcpy(text + length, s, static_cast<std::size_t>(n) * sizeof(T));
+        text[length + n] = T();
+        data->nDataLength = length + n;
+    }
+    return *this;
+}
+#pragma GCC diagnostic pop
 
 template <typename T>
 inline void CQorStringT<T>::ReplaceBlock(Data* fresh) noexcept {

@@ -118,12 +118,6 @@ void CQorStringT<T>::ConcatInPlace(int n, T const* s) {
 }
 
 template <typename T>
-CQorStringT<T>& CQorStringT<T>::Append(int n, T const* s) {
-    ConcatInPlace(n, s);
-    return *this;
-}
-
-template <typename T>
 CQorStringT<T>& CQorStringT<T>::AppendGrowing(T ch) {
     int const length = GetLength();
     Data* const grown = NewBlock(AddLengths(length, 1));
