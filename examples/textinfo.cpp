@@ -11,6 +11,7 @@
 #include <qorutils/text/utf8.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <clocale>
 #include <cstdarg>
@@ -246,7 +247,8 @@ void Describe(char const* path) {
     Text const pathName = NameToText(path);
     Bytes content = ReadFile(path);
     Document const document = Decode(content);
-    if (document.text.IsEmpty()) throw Refusal{"the file is empty"};
+    if (content.IsEmpty()) throw Refusal{"the file is empty"};
+    if (document.text.IsEmpty()) throw Refusal{"nothing but a byte-order mark"};
 
     // The suffix of the name, not of the path: the last dot there may be one of a directory.
     Text const name = file_names::ExtractFileNameWithExtFromPathName(pathName);
@@ -262,9 +264,11 @@ void Describe(char const* path) {
     std::printf("\n");
 }
 
-bool Complain(char const* about, char const* reason) {
+bool Complain(Bytes about, char const* reason) {
+    for (int i = 0; i < about.GetLength(); ++i)  // as in Shown; a name need not be UTF-8
+        if (std::iscntrl(static_cast<unsigned char>(about[i])) != 0) about.SetAt(i, ' ');
     std::fflush(stdout);  // what has been told of other files comes first
-    std::fprintf(stderr, "textinfo: %s: %s\n", about, reason);
+    std::fprintf(stderr, "textinfo: %s: %s\n", about.c_str(), reason);
     return false;
 }
 

@@ -58,7 +58,9 @@ QORUTILS_API qor_text::CQorStringT<wchar_t> GetCanonicalFileName(
 // The path, up to its first zero character, made absolute against the working directory, then as
 // GetCanonicalFileName gives it. "." and ".." stay; nothing needs to exist. An empty path gives the
 // working directory.
-// On purpose: only a leading '/' makes a path absolute; "\x" lies in the working directory.
+// On purpose: only a leading '/' makes a path absolute; "\x" lies in the working directory. And two
+// leading slashes with no other behind them are a root name, as the file-system library sees it:
+// "//net" becomes "//net" followed by the working directory.
 // Empty when the process locale cannot encode the path, and when the path is not absolute and there
 // is no working directory, as it was removed. A working directory that the locale cannot decode is
 // cut before its first such character.

@@ -11,8 +11,10 @@
 //     printf("%s\n", name.c_str());
 //
 // Lengths, positions and counts are ints and count characters (elements of T), not bytes. Indices
-// are trusted unless a function says otherwise. A negative length, or one past 2147483647, is asked
-// of the allocator as an impossible size.
+// are trusted unless a function says otherwise. A buffer for a negative length, or for one past
+// 2147483647, is asked of the allocator as an impossible size. Where a wide string is given a plain
+// char, = , += and + take it as unsigned; elsewhere it converts with the sign that the machine's
+// char has.
 //
 // Failure: the only exception is std::bad_alloc; the string that was being changed is then as it
 // was. Threads: an object belongs to one thread at a time; objects that share a buffer may be used
@@ -67,6 +69,8 @@ struct CQorStringData {
     std::int32_t nAllocLength;  // capacity in characters, terminator excluded; 0: the nil string
 
     T* data() noexcept { return reinterpret_cast<T*>(this + 1); }
+    bool IsShared() const noexcept { return Refs() >= 2; }
+    bool IsLocked() const noexcept { return Refs() < 0 && !IsNil(); }
     bool IsNil() const noexcept {
         return static_cast<void const*>(this) == &qor_string_internal_data::g_afxInitData;
     }
@@ -145,7 +149,7 @@ class QORUTILS_API CQorStringT {
     // stands before the first invalid sequence is kept.
     CQorStringT(Other const* s);
 
-    // To wchar_t: converts at most n wide characters (n -1: the whole text), stops at the
+    // To wchar_t: converts at most n wide characters (any negative n: the whole text), stops at the
     // terminator and at an invalid sequence, and reads no byte beyond those.
     // On purpose: to char, n is only tested for 0 (empty); any other n converts the whole text.
     CQorStringT(Other const* s, int n);
@@ -214,6 +218,13 @@ class QORUTILS_API CQorStringT {
     T GetAt(int i) const noexcept { return m_pchData[i]; }
     T operator[](int i) const noexcept { return m_pchData[i]; }
 
+    // Any other integer: without this one, the pointer that a string converts to could be meant.
+    template <typename Index>
+    typename std::enable_if<std::is_integral<Index>::value, T>::type operator[](
+        Index i) const noexcept {
+        return m_pchData[i];
+    }
+
     // Storing 0 shortens the text that is seen, not the length.
     void SetAt(int i, T ch);
 
@@ -239,7 +250,8 @@ class QORUTILS_API CQorStringT {
     // Gives back capacity beyond the length.
     void FreeExtra();
 
-    // On purpose: an n beyond the length lengthens the string by whatever the buffer holds there.
+    // On purpose: an n beyond the length lengthens the string by whatever the buffer holds there; a
+    // negative one measures the text.
     void Truncate(int n);
 
     // Gives the buffer back; a locked one is kept, with length 0.
@@ -326,8 +338,8 @@ class QORUTILS_API CQorStringT {
     void Format(T const* format, ...);
     void FormatV(T const* format, va_list args);
 
-    // --- Appending (exact growth; s may lie inside this string)
-    // -----------------------------------
+    // --- Appending ------------------------------------------------------------------------------
+    // Growth is exact. s may lie inside this string.
 
     CQorStringT& operator+=(CQorStringT const& s) { return Append(s.GetLength(), s.m_pchData); }
     CQorStringT& operator+=(T const* s) { return Append(SafeStrlen(s), s); }
@@ -349,6 +361,9 @@ class QORUTILS_API CQorStringT {
     friend CQorStringT operator+(T a, CQorStringT const& b) {
         return Concat(1, &a, b.GetLength(), b.m_pchData);
     }
+
+    friend CQorStringT operator+(CQorStringT const& a, Other b) { return a + ByValue(b); }
+    friend CQorStringT operator+(Other a, CQorStringT const& b) { return ByValue(a) + b; }
 
     // --- Comparison -----------------------------------------------------------------------------
     // Of the zero-terminated texts, by code: below, equal to or above 0. Null counts as empty.
@@ -424,7 +439,7 @@ class QORUTILS_API CQorStringT {
     // The same for a header, touching no string. A buffer that nobody shares, a locked one
     // included, is freed without touching its count.
     static void Release(Data* data) noexcept {
-        if (data->Refs() < 2 || data->DropRef() < 2) FreeData(data);
+        if (!data->IsShared() || data->DropRef() < 2) FreeData(data);
     }
 
     // Replaces a shared buffer by a copy of exactly the length.
@@ -476,6 +491,7 @@ class QORUTILS_API CQorStringT {
     QORUTILS_LOCAL bool Holds(T const* s) const noexcept;
     QORUTILS_LOCAL void SetLength(int n) noexcept;
     QORUTILS_LOCAL void AssignConverted(Other const* s);
+    QORUTILS_LOCAL void AssignLongConverted(Other const* s);
     QORUTILS_LOCAL CQorStringT& Keep(int first, int end);
     QORUTILS_LOCAL int InsertCopy(int index, int n, T const* s);
     QORUTILS_LOCAL int ReplaceShrinking(detail::Substitution<T> const& change, T const* first);
@@ -492,7 +508,8 @@ QORUTILS_API CQorStringT<char>::CQorStringT(wchar_t const* s, int n);
 template <>
 QORUTILS_API CQorStringT<wchar_t>::CQorStringT(char const* s, int n);
 
-// The compiler checks the arguments of the narrow ones.
+// The compiler checks the arguments of the narrow ones: an attribute that only a specialization can
+// carry.
 template <>
 QORUTILS_API __attribute__((format(printf, 2, 3))) void CQorStringT<char>::Format(
     char const* format, ...);
@@ -513,7 +530,7 @@ inline wchar_t const* CQorStringT<wchar_t>::get_afxChNil() noexcept {
 template <typename T>
 inline CQorStringT<T>& CQorStringT<T>::operator=(CQorStringT const& src) {
     if (m_pchData == src.m_pchData) return *this;
-    bool const locked = GetData()->Refs() < 0 && !GetData()->IsNil();
+    bool const locked = GetData()->IsLocked();
     if (locked || src.GetData()->Refs() < 0) {
         AssignCopy(src.GetLength(), src.m_pchData);
         if (locked && !GetData()->IsNil()) GetData()->SetRefs(-1);
@@ -526,7 +543,7 @@ inline CQorStringT<T>& CQorStringT<T>::operator=(CQorStringT const& src) {
 
 template <typename T>
 inline CQorStringT<T>& CQorStringT<T>::operator=(CQorStringT&& src) {
-    bool const locked = GetData()->Refs() < 0 && !GetData()->IsNil();
+    bool const locked = GetData()->IsLocked();
     if (this == &src || locked || src.GetData()->Refs() < 0)
         return *this = static_cast<CQorStringT const&>(src);
     ReplaceBlock(src.GetData());
@@ -539,7 +556,7 @@ inline CQorStringT<T>& CQorStringT<T>::operator+=(T ch) {
     T* const text = m_pchData;
     Data* const data = GetData();
     int const length = data->nDataLength;
-    if (length == data->nAllocLength || data->Refs() >= 2) return AppendGrowing(ch);
+    if (length == data->nAllocLength || data->IsShared()) return AppendGrowing(ch);
     text[length] = ch;
     text[length + 1] = T();
     data->nDataLength = length + 1;
@@ -555,7 +572,7 @@ inline CQorStringT<T>& CQorStringT<T>::Append(int n, T const* s) {
     T* const text = m_pchData;
     Data* const data = GetData();
     int const length = data->nDataLength;
-    if (n < 1 || n > data->nAllocLength - length || data->Refs() >= 2) {
+    if (n < 1 || n > data->nAllocLength - length || data->IsShared()) {
         ConcatInPlace(n, s);
     } else {
         std::memcpy(text + length, s, static_cast<std::size_t>(n) * sizeof(T));
@@ -580,7 +597,7 @@ extern template class CQorStringT<wchar_t>;
 
 namespace std {
 
-// Of the zero-terminated text, as == compares it.
+// Of the zero-terminated text, as == compares it. The value is as wide as size_t.
 template <typename T>
 struct hash<qor_text::CQorStringT<T>> {
     size_t operator()(qor_text::CQorStringT<T> const& s) const noexcept {

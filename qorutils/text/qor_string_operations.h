@@ -152,7 +152,7 @@ int CQorStringT<T>::CompareNoCase(T const* s) const {
 // replaced by one of exactly the present length.
 template <typename T>
 CQorStringT<T>& CQorStringT<T>::Keep(int first, int end) {
-    if (GetData()->Refs() < 2) {
+    if (!GetData()->IsShared()) {
         if (first > 0) Move(m_pchData, m_pchData + first, end - first);
     } else {
         Data* const kept = NewBlock(GetLength());
@@ -221,7 +221,8 @@ CQorStringT<T>& CQorStringT<T>::TrimLeft(T ch) {
 
 template <typename T>
 CQorStringT<T>& CQorStringT<T>::Trim(T ch) {
-    return TrimRight(ch).TrimLeft(ch);
+    int const end = TrimmedEnd(*this, IsCharacter<T>{ch});
+    return Keep(TrimmedStart(*this, end, IsCharacter<T>{ch}), end);
 }
 
 template <typename T>
@@ -238,7 +239,10 @@ CQorStringT<T>& CQorStringT<T>::TrimLeft(T const* set) {
 
 template <typename T>
 CQorStringT<T>& CQorStringT<T>::Trim(T const* set) {
-    return TrimRight(set).TrimLeft(set);
+    if (set == nullptr) return *this;
+    IsIn<T> const dropped{CharSet<T>(set)};
+    int const end = TrimmedEnd(*this, dropped);
+    return Keep(TrimmedStart(*this, end, dropped), end);
 }
 
 // --- Single characters --------------------------------------------------------------------------
@@ -398,7 +402,7 @@ int CQorStringT<T>::Replace(T const* oldText, T const* newText) {
 template <typename T>
 int CQorStringT<T>::ReplaceShrinking(detail::Substitution<T> const& change, T const* first) {
     int const length = GetLength();
-    bool const shared = GetData()->Refs() >= 2;
+    bool const shared = GetData()->IsShared();
     Data* const target = shared ? NewBlock(length) : GetData();
     int const count = Substitute<T>(target->data(), m_pchData, first, end(), length, change);
     if (shared) ReplaceBlock(target);
@@ -433,10 +437,7 @@ template <typename T>
 void CQorStringT<T>::FormatText(T const* format, va_list args) {
     constexpr int kProbeLength = 2048;
     T probe[kProbeLength];
-    va_list probeArgs;
-    va_copy(probeArgs, args);
-    int const length = FormatInto(probe, kProbeLength, format, probeArgs);
-    va_end(probeArgs);
+    int const length = FormatInto(probe, kProbeLength, format, args);
     if (length < 0) {
         ReleaseBuffer();
     } else if (length < kProbeLength) {
@@ -452,7 +453,7 @@ template <typename T>
 void CQorStringT<T>::FormatLongText(int length, T const* format, va_list args) {
     int const size = AddLengths(length, 1);
     CQorStringT text;
-    text.AllocBuffer(std::max(size, GetLength()));
+    text.AllocBuffer(size < 0 ? size : std::max(size, GetLength()));
     Copy(text.m_pchData, m_pchData, GetLength() + 1);
     FormatInto(text.m_pchData, static_cast<std::size_t>(size), format, args);
     if (CanHold(size))

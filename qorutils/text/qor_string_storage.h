@@ -43,7 +43,7 @@ void CQorStringT<T>::AllocBuffer(int n) {
 // Whether n characters can be written without taking a new buffer.
 template <typename T>
 bool CQorStringT<T>::CanHold(int n) const noexcept {
-    return n >= 0 && n <= GetAllocLength() && GetData()->Refs() < 2;
+    return n >= 0 && n <= GetAllocLength() && !GetData()->IsShared();
 }
 
 // The nil block stays as it is, so that threads may share it.
@@ -64,7 +64,7 @@ CQorStringT<T> const& CQorStringT<T>::AfxGetEmptyString() noexcept {
 
 template <typename T>
 void CQorStringT<T>::CopyBeforeWrite() {
-    if (GetData()->Refs() < 2) return;
+    if (!GetData()->IsShared()) return;
     Data* const copy = NewBlock(GetLength());
     if (!copy->IsNil()) Copy(copy->data(), m_pchData, GetLength() + 1);
     ReplaceBlock(copy);
@@ -216,20 +216,26 @@ CQorStringT<T>& CQorStringT<T>::operator=(T ch) {
     return *this;
 }
 
-// A short text is converted once, into a local array; a long one is counted first.
+// A short text is converted once, into a local array.
 template <typename T>
 void CQorStringT<T>::AssignConverted(Other const* s) {
     constexpr std::size_t kLocalLength = 256;
     T local[kLocalLength];
-    std::size_t length = s == nullptr ? 0 : LocaleConvert(local, s, kLocalLength);
-    bool const whole = length <= kLocalLength - MB_LEN_MAX;
-    if (whole) {
+    std::size_t const length = s == nullptr ? 0 : LocaleConvert(local, s, kLocalLength);
+    // With less room left than the longest multibyte character takes, some may be missing.
+    if (length <= kLocalLength - MB_LEN_MAX)
         AssignCopy(static_cast<int>(length), local);
-        return;
-    }
-    length = LocaleLength(s);
-    AllocBeforeWrite(length == kConversionFailed ? 0 : CheckedLength(length));
-    if (length != kConversionFailed) length = LocaleConvert(m_pchData, s, length);
+    else
+        AssignLongConverted(s);
+}
+
+// Counts first.
+template <typename T>
+void CQorStringT<T>::AssignLongConverted(Other const* s) {
+    std::size_t const needed = LocaleLength(s);
+    AllocBeforeWrite(needed == kConversionFailed ? 0 : CheckedLength(needed));
+    std::size_t const length =
+        needed == kConversionFailed ? 0 : LocaleConvert(m_pchData, s, needed);
     SetLength(length == kConversionFailed ? 0 : static_cast<int>(length));
 }
 
@@ -237,7 +243,7 @@ void CQorStringT<T>::AssignConverted(Other const* s) {
 
 template <typename T>
 T* CQorStringT<T>::GetBuffer(int minLen) {
-    if (GetData()->Refs() < 2 && minLen <= GetAllocLength()) return m_pchData;
+    if (!GetData()->IsShared() && minLen <= GetAllocLength()) return m_pchData;
     int const length = GetLength();
     Data* const fresh = NewBlock(std::max(minLen, length));
     if (!fresh->IsNil()) {

@@ -101,12 +101,22 @@ inline void Reverse(wchar_t* s) {
     _wcsrev(s);
 }
 
-// The length of the text, or a negative number: for wchar_t also when it does not fit.
-inline int FormatInto(char* to, std::size_t limit, char const* format, va_list args) {
+inline int FormatConsuming(char* to, std::size_t limit, char const* format, va_list args) {
     return std::vsnprintf(to, limit, format, args);
 }
-inline int FormatInto(wchar_t* to, std::size_t limit, wchar_t const* format, va_list args) {
+inline int FormatConsuming(wchar_t* to, std::size_t limit, wchar_t const* format, va_list args) {
     return std::vswprintf(to, limit, format, args);
+}
+
+// The length of the text, or a negative number: for wchar_t also when it does not fit. The caller's
+// args stay as they are.
+template <typename T>
+int FormatInto(T* to, std::size_t limit, T const* format, va_list args) {
+    va_list copy;
+    va_copy(copy, args);
+    int const length = FormatConsuming(to, limit, format, copy);
+    va_end(copy);
+    return length;
 }
 
 }  // namespace qor_text

@@ -312,8 +312,15 @@ TEST_F(TextInfo, RefusesANameThatIsNotUtf8) {
 
 TEST_F(TextInfo, RefusesFilesWithoutText) {
     ExpectRefused(Write("empty", ""), "the file is empty");
-    ExpectRefused(Write("utf-8 mark", "\xEF\xBB\xBF"), "the file is empty");
-    ExpectRefused(Write("utf-16 mark", "\xFF\xFE"), "the file is empty");
+    ExpectRefused(Write("utf-8 mark", "\xEF\xBB\xBF"), "nothing but a byte-order mark");
+    ExpectRefused(Write("utf-16 mark", "\xFF\xFE"), "nothing but a byte-order mark");
+}
+
+TEST_F(TextInfo, ShowsNoControlCharactersOfAName) {
+    Outcome const outcome = Run({directory_ + "/no\x1B[31mfile"});
+    EXPECT_EQ("textinfo: " + directory_ + "/no [31mfile: No such file or directory\n",
+              outcome.complaints);
+    EXPECT_EQ(1, outcome.status);
 }
 
 TEST_F(TextInfo, RefusesBinaryFiles) {

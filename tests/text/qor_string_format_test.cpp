@@ -50,7 +50,36 @@ void CallFormatV(CQorStringT<T>& s, T const* format, ...) {
     va_end(arguments);
 }
 
+// Both strings from one argument list.
+template <typename T>
+void CallFormatVTwice(CQorStringT<T>& first, CQorStringT<T>& second, T const* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    first.FormatV(format, arguments);
+    second.FormatV(format, arguments);
+    va_end(arguments);
+}
+
 }  // namespace
+
+TYPED_TEST(QorStringFormat, FormatVLeavesTheArgumentListAsItIs) {
+    using T = TypeParam;
+    for (std::size_t const length : {3u, 2000u, 2040u}) {
+        CQorStringT<T> const tail(T('x'), static_cast<int>(length));
+        CQorStringT<T> first, second;
+        CallFormatVTwice<T>(first, second, Text<T>("%d %s"), 11, std::string(length, 'x').c_str());
+        EXPECT_EQ(CQorStringT<T>(Text<T>("11 ")) + tail, first) << length;
+        EXPECT_EQ(first, second) << length;
+    }
+}
+
+TEST(QorStringFormatNarrow, LongFormatVLeavesTheArgumentListAsItIs) {
+    std::string const text(3000, 'x');
+    CQorStringT<char> first, second;
+    CallFormatVTwice<char>(first, second, "%d %s %d", 11, text.c_str(), 22);
+    EXPECT_EQ(("11 " + text + " 22").c_str(), first);
+    EXPECT_EQ(first, second);
+}
 
 TYPED_TEST(QorStringFormat, FormatsLikePrintf) {
     using T = TypeParam;

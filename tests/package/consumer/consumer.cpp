@@ -1,5 +1,6 @@
 #include <qorutils/qorutils.h>
 
+#include <cstddef>
 #include <cstring>
 
 namespace {
@@ -16,6 +17,24 @@ bool StringsWork(T const* text) {
     appended += copy.c_str() + 1;
     appended = empty;
     return appended.IsEmpty() && copy == text && copy + copy == String(text) + text;
+}
+
+// Each operator in every combination of strings, texts and characters of both types.
+template <typename T>
+bool OperatorsWork(T const* text, T letter) {
+    using String = qor_text::CQorStringT<T>;
+    String const s(text);
+    String joined = s + s + text + letter + 'c' + L'w';
+    joined = text + joined;
+    joined = letter + ('c' + (L'w' + joined));
+    joined += 'c';
+    joined += L'w';
+    bool const ordered = s == text && text == s && !(s != text) && !(text != s) && s <= text &&
+                         text <= s && s >= text && text >= s && !(s < text) && !(text > s) &&
+                         joined < s && s > joined && joined <= s && s >= joined;
+    std::ptrdiff_t const last = joined.GetLength() - 1;
+    return ordered && joined[last] == T('w') && joined[static_cast<std::size_t>(last)] == T('w') &&
+           joined[0u] == letter;
 }
 
 bool FormatWorks() {
@@ -38,7 +57,8 @@ bool FileNamesWork() {
 }  // namespace
 
 int main() {
-    bool const all_work = StringsWork("text") && StringsWork(L"text") && FormatWorks() &&
-                          ConvertersWork() && FileNamesWork();
+    bool const all_work = StringsWork("text") && StringsWork(L"text") &&
+                          OperatorsWork("text", 'a') && OperatorsWork(L"text", L'a') &&
+                          FormatWorks() && ConvertersWork() && FileNamesWork();
     return all_work ? 0 : 1;
 }
