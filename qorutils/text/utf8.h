@@ -10,9 +10,9 @@
 // stands behind that is left alone, on errors too.
 //
 // A source that is not terminated is fine as long as n ends the conversion first. The string
-// functions may look ahead of what they convert, by no more than n characters (when they only count,
-// without that limit), but never past the terminator and never into a page of memory that holds no
-// part of what they convert.
+// functions may look ahead of what they convert, by no more than n characters (when they only
+// count, without that limit), but never past the terminator and never into a page of memory that
+// holds no part of what they convert.
 
 #ifndef QORUTILS_TEXT_UTF8_H_
 #define QORUTILS_TEXT_UTF8_H_
