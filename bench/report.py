@@ -35,7 +35,7 @@ def row(group, times):
 
 def main():
     print(f"{'case':44} {'qorutils ns':>12} {'best peer ns':>12}  {'who':20} {'ratio':>6}")
-    for group, times in read(sys.argv[1:]).items():
+    for group, times in sorted(read(sys.argv[1:]).items()):
         print(row(group, times))
 
 
