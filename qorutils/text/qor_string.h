@@ -12,9 +12,8 @@
 //
 // Lengths, positions and counts are ints and count characters (elements of T), not bytes. Indices
 // are trusted unless a function says otherwise. A buffer for a negative length, or for one past
-// 2147483647, is asked of the allocator as an impossible size. Where a wide string is given a plain
-// char, = , += and + take it as unsigned; elsewhere it converts with the sign that the machine's
-// char has.
+// 2147483647, is asked of the allocator as an impossible size. A plain char given to a wide string
+// counts as unsigned in assignment, += and +; elsewhere it has the sign of the machine's char.
 //
 // Failure: the only exception is std::bad_alloc; the string that was being changed is then as it
 // was. Threads: an object belongs to one thread at a time; objects that share a buffer may be used
