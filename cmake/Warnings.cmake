@@ -11,4 +11,8 @@ if(PROJECT_IS_TOP_LEVEL)
         -Woverloaded-virtual
         -Wundef
         -Wunused)
+    # Notes on a change of calling conventions that is older than the library, not warnings.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        add_compile_options(-Wno-psabi)
+    endif()
 endif()

@@ -25,6 +25,8 @@
 #include <utility>
 #include <vector>
 
+#include "console.h"
+
 namespace {
 
 using Bytes = qor_text::CQorStringT<char>;    // UTF-8, or a file as it is
@@ -79,16 +81,8 @@ Bytes ReadFile(char const* path) {
     throw Refusal{Formatted("too large (%d bytes or more)", kTooLarge)};
 }
 
-// A string made from one of the other type is converted as the locale says. This program speaks
-// UTF-8 in every locale: these call the do_ functions, straight into the buffer of the result.
-
-Bytes ToUtf8(Text const& text) {
-    unsigned int const length = do_wcstombs(nullptr, text, 0);
-    Bytes utf8;
-    do_wcstombs(utf8.GetBuffer(length), text, length);
-    utf8.ReleaseBuffer(length);
-    return utf8;
-}
+// This program speaks UTF-8 in every locale: see console.h. The do_ functions convert straight into
+// the buffer of the result.
 
 Text NameToText(Bytes const& name) {
     Text text;

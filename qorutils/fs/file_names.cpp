@@ -5,6 +5,8 @@
 #include <boost/filesystem/path.hpp>
 #include <string>
 
+#include "qorutils/fs/boost_paths.h"
+
 using qor_text::CQorStringT;
 
 namespace qor {
@@ -71,7 +73,7 @@ CQorStringT<wchar_t> GetAbsoluteFileName(CQorStringT<wchar_t> const& path) {
     CQorStringT<char> const narrow(path.c_str());
     bool const isGiven = path.GetAt(0) != L'\0';
     if (isGiven && narrow.IsEmpty()) return {};
-    return GetCanonicalFileName(CQorStringT<wchar_t>(MakeAbsolute(narrow.c_str()).c_str()));
+    return GetCanonicalFileName(FileFuncs::boost_paths::WidenWhole(MakeAbsolute(narrow.c_str())));
 }
 
 bool ExtractFileNameAndExtAndParentDirFromPathName(CQorStringT<wchar_t> const& path,

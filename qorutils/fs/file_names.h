@@ -61,9 +61,8 @@ QORUTILS_API qor_text::CQorStringT<wchar_t> GetCanonicalFileName(
 // On purpose: only a leading '/' makes a path absolute; "\x" lies in the working directory. And two
 // leading slashes with no other behind them are a root name, as the file-system library sees it:
 // "//net" becomes "//net" followed by the working directory.
-// Empty when the process locale cannot encode the path, and when the path is not absolute and there
-// is no working directory, as it was removed. A working directory that the locale cannot decode is
-// cut before its first such character.
+// Empty when the process locale cannot encode the path, and, for a path that is not absolute, when
+// it cannot decode the whole working directory or there is none any more.
 QORUTILS_API qor_text::CQorStringT<wchar_t> GetAbsoluteFileName(
     qor_text::CQorStringT<wchar_t> const& path);
 

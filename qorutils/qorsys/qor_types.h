@@ -1,9 +1,43 @@
-// The Win32 scalar types of the library's signatures.
+// The Win32 scalar types and COM identifiers of the library's signatures.
 
 #ifndef QORUTILS_QORSYS_QOR_TYPES_H_
 #define QORUTILS_QORSYS_QOR_TYPES_H_
 
+#include <cstdint>
+
 // 0 says no or failure; everything else says yes. The library returns 0 and 1 only.
 using BOOL = int;
+
+using DWORD = std::uint32_t;
+
+// The outcome of a COM call: negative for a failure. 32 bits on every machine.
+using HRESULT = std::int32_t;
+
+constexpr HRESULT E_NOINTERFACE = static_cast<HRESULT>(0x80004002);
+constexpr HRESULT CO_E_CLASSSTRING = static_cast<HRESULT>(0x800401F3);
+
+// Characters have 32 bits here. A BSTR is a plain zero-terminated array, without the length in
+// front of it that it has on Windows.
+using OLECHAR = wchar_t;
+using LPOLESTR = OLECHAR*;
+using LPCOLESTR = OLECHAR const*;
+using BSTR = OLECHAR*;
+
+struct GUID {
+    std::uint32_t Data1;
+    std::uint16_t Data2;
+    std::uint16_t Data3;
+    std::uint8_t Data4[8];
+};
+
+using CLSID = GUID;
+using IID = GUID;
+using REFGUID = GUID const&;
+using REFCLSID = CLSID const&;
+using REFIID = IID const&;
+
+// Only pointers to it are passed on: no object has this type.
+struct IUnknown;
+using LPUNKNOWN = IUnknown*;
 
 #endif  // QORUTILS_QORSYS_QOR_TYPES_H_

@@ -364,6 +364,17 @@ class QORUTILS_API CQorStringT {
     friend CQorStringT operator+(CQorStringT const& a, Other b) { return a + ByValue(b); }
     friend CQorStringT operator+(Other a, CQorStringT const& b) { return ByValue(a) + b; }
 
+    // --- BSTR -----------------------------------------------------------------------------------
+    // See qorsys/qor_com.h; the caller frees the array with SysFreeString. Unlike everything else
+    // here, they report a failed check, on purpose also when they succeed.
+
+    // A new BSTR of the length. Wide strings copy their text, zeros among it included. On purpose:
+    // char strings convert nothing, so that the characters have no value yet.
+    wchar_t* AllocSysString() const;
+
+    // Frees *pbstr, puts such a BSTR in its place, and returns it; *pbstr is null when that throws.
+    wchar_t* SetSysString(wchar_t** pbstr) const;
+
     // --- Comparison -----------------------------------------------------------------------------
     // Of the zero-terminated texts, by code: below, equal to or above 0. Null counts as empty.
 

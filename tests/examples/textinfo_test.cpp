@@ -1,40 +1,20 @@
-// Runs the built program textinfo as a user does: arguments in; text, complaints and status out.
-// TEXTINFO_PATH is the program, QORUTILS_EMULATOR the command that runs programs of the target (or
-// nothing); the build defines both.
+// TEXTINFO_PATH is the built program; the build defines it.
 
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "support/run_program.h"
+
 namespace {
-
-struct Outcome {
-    int status;
-    std::string out;
-    std::string complaints;
-};
-
-std::string ReadAll(std::string const& path) {
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
-
-// For the shell.
-std::string Quoted(std::string const& argument) {
-    std::string quoted = "'";
-    for (char const c : argument) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return quoted + "'";
-}
 
 // Each test works in a new directory of its own and leaves it empty.
 class TextInfo : public testing::Test {
@@ -62,18 +42,7 @@ class TextInfo : public testing::Test {
     }
 
     Outcome Run(std::vector<std::string> const& arguments) {
-        std::string const complaints = PathOf("complaints");
-        std::string command = QORUTILS_EMULATOR " " + Quoted(TEXTINFO_PATH);
-        for (std::string const& argument : arguments) command += " " + Quoted(argument);
-        command += " 2>" + Quoted(complaints);
-
-        std::FILE* const pipe = popen(command.c_str(), "r");
-        if (pipe == nullptr) throw std::runtime_error("cannot run " + command);
-        std::string out;
-        char block[4096];
-        while (std::size_t const n = std::fread(block, 1, sizeof block, pipe)) out.append(block, n);
-        int const status = pclose(pipe);
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out, ReadAll(complaints)};
+        return RunProgram(TEXTINFO_PATH, arguments, directory_ + "/complaints");
     }
 
     // The program must say exactly this of the file, and nothing else.

@@ -349,12 +349,25 @@ TEST(GetAbsoluteFileName, IsEmptyForAPathThatTheLocaleCannotEncode) {
     }
 }
 
-TEST(GetAbsoluteFileName, CutsAWorkingDirectoryThatTheLocaleCannotDecode) {
-    WorkingDirectory directory;
-    std::wstring const parent = directory.Name();
-    directory.MakeAndEnter("caf\xE9!");
-    ScopedLocale locale("C.UTF-8");
-    EXPECT_EQ(parent + L"/caf", Whole(GetAbsoluteFileName(L"file")));
+// Cut before what cannot be decoded, it would be the name of something else.
+TEST(GetAbsoluteFileName, IsEmptyInAWorkingDirectoryThatTheLocaleCannotDecode) {
+    struct {
+        char const* locale;
+        char const* directory;
+    } const cases[] = {
+        {"C.UTF-8", "caf\xE9"},          // ends within a character
+        {"C.UTF-8", "caf\xE9!"},         // is no UTF-8 in the middle
+        {"C.UTF-8", "\xED\xA0\x80"},     // is a surrogate
+        {"C", "caf\xC3\xA9"},
+    };
+    for (auto const& c : cases) {
+        WorkingDirectory directory;
+        directory.MakeAndEnter(c.directory);
+        ScopedLocale const locale(c.locale);
+        for (wchar_t const* path : {L"file", L".", L"..", L"a\\b", L""})
+            EXPECT_EQ(L"", Whole(GetAbsoluteFileName(path))) << c.directory << " and " << path;
+        EXPECT_EQ(L"/a/b", Whole(GetAbsoluteFileName(L"/a\\b")));
+    }
 }
 
 TEST(GetAbsoluteFileName, DoesNotCareForAMissingLocaleInTheEnvironment) {

@@ -5,30 +5,25 @@
 
 #include <gtest/gtest.h>
 
+#include "support/check_reports.h"
+
 namespace {
 
 using qor_logging::qor_enforce;
 using qor_logging::qor_err_log;
 
-template <typename Action>
-std::string Reported(Action action) {
-    testing::internal::CaptureStderr();
-    action();
-    return testing::internal::GetCapturedStderr();
-}
-
 TEST(QorErrLog, WritesExpressionFileAndLine) {
     EXPECT_EQ("DBGCHK size > 0 fs/a.cpp @ 12\n",
-              Reported([] { qor_err_log("fs/a.cpp", 12, "size > 0"); }));
+              CheckReports([] { qor_err_log("fs/a.cpp", 12, "size > 0"); }));
 }
 
 TEST(QorErrLog, KeepsTheBlanksAroundAnEmptyExpression) {
     EXPECT_EQ("DBGCHK  qorutils/fs/platform_file @ -1\n",
-              Reported([] { qor_err_log("qorutils/fs/platform_file", -1, ""); }));
+              CheckReports([] { qor_err_log("qorutils/fs/platform_file", -1, ""); }));
 }
 
 TEST(QorErrLog, WritesPercentSignsAsTheyStand) {
-    EXPECT_EQ("DBGCHK a %d b%s @ 0\n", Reported([] { qor_err_log("b%s", 0, "a %d"); }));
+    EXPECT_EQ("DBGCHK a %d b%s @ 0\n", CheckReports([] { qor_err_log("b%s", 0, "a %d"); }));
 }
 
 std::string Thrown(char const* file, int line, char const* expression) {
@@ -41,14 +36,15 @@ std::string Thrown(char const* file, int line, char const* expression) {
 
 TEST(QorEnforce, ReportsAndThrowsTheSame) {
     std::string thrown;
-    std::string const reported = Reported([&] { thrown = Thrown("fs/a.cpp", 2147483647, "x%n"); });
+    std::string const reported =
+        CheckReports([&] { thrown = Thrown("fs/a.cpp", 2147483647, "x%n"); });
     EXPECT_EQ("DBGCHK x%n fs/a.cpp @ 2147483647\n", reported);
     EXPECT_EQ("Error x%n\nfs/a.cpp\n@2147483647", thrown);
 }
 
 TEST(QorEnforce, LeavesTheFirstLineWithABlankForAnEmptyExpression) {
     std::string thrown;
-    Reported([&] { thrown = Thrown("f", 1, ""); });
+    CheckReports([&] { thrown = Thrown("f", 1, ""); });
     EXPECT_EQ("Error \nf\n@1", thrown);
 }
 
@@ -56,7 +52,7 @@ TEST(QorEnforce, TakesTextsOfAnyLength) {
     std::string const expression(5000, 'e');
     std::string thrown;
     EXPECT_EQ("DBGCHK " + expression + " f @ 1\n",
-              Reported([&] { thrown = Thrown("f", 1, expression.c_str()); }));
+              CheckReports([&] { thrown = Thrown("f", 1, expression.c_str()); }));
     EXPECT_EQ("Error " + expression + "\nf\n@1", thrown);
 }
 

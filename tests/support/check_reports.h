@@ -4,20 +4,18 @@
 
 #include <string>
 
-#include <gtest/gtest.h>
+#include "support/main_log.h"
 
 // Runs action() and returns the reports that it made, in order, each as one line
 // "DBGCHK expression file @ line\n". What the action throws passes through.
 template <typename Action>
 std::string CheckReports(Action action) {
-    testing::internal::CaptureStderr();
-    try {
-        action();
-    } catch (...) {
-        testing::internal::GetCapturedStderr();
-        throw;
-    }
-    return testing::internal::GetCapturedStderr();
+    LogMark const mark;
+    action();
+    std::string reports;
+    for (std::string const& message : mark.Messages())
+        if (message.compare(0, 7, "DBGCHK ") == 0) reports += message + "\n";
+    return reports;
 }
 
 #endif  // QORUTILS_TESTS_SUPPORT_CHECK_REPORTS_H_

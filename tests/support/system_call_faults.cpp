@@ -213,6 +213,12 @@ int fstatat64(int directory, char const* name, struct stat64* status, int flags)
     return Fails(SystemCall::kStat) ? -1 : next(directory, name, status, flags);
 }
 
+int statx(int directory, char const* name, int flags, unsigned int mask,
+          struct statx* status) noexcept {
+    NEXT(statx);
+    return Fails(SystemCall::kStat) ? -1 : next(directory, name, flags, mask, status);
+}
+
 int munmap(void* address, std::size_t size) noexcept {
     NEXT(munmap);
     return Fails(SystemCall::kMunmap) ? -1 : next(address, size);

@@ -23,7 +23,7 @@ enum class SystemCall {
     kPread,
     kRead,
     kReaddir,
-    kStat,  // fstat, lstat and fstatat, too
+    kStat,  // fstat, lstat, fstatat and statx, too
     kUnlink,
     kWrite,
     kCount
