@@ -17,8 +17,9 @@
 //
 // On purpose: an addition or a digit_shift can give 256 digits, the uppermost lying in the place of
 // the sign, where it is the sign to whoever reads that. The sum of a number of 255 digits and one
-// of the same sign always writes there: 1 with the uppermost digit, and 0 where there is none. A
-// sign of 0 differs from both other signs.
+// of the same sign always writes there: 1 with the uppermost digit, and 0 where there is none. So
+// do a difference that is not negative and a quotient, of a number of 256 digits, unless they are
+// zero. A sign of 0 differs from both other signs.
 //
 // The fields are open to ported code. Records that do not keep to what is said there are safe to
 // use: the results are some number or NaN.
@@ -186,7 +187,8 @@ class QORUTILS_API bignum_t {
     // All give the magnitude.
 
     // The sum of digit x power of ten from the least significant digit on, rounded at each step. A
-    // quiet NaN for NaN. Operators that are not declared here, as >, compare these doubles.
+    // quiet NaN for NaN. Operators that are not declared here, as > and, before C++20, !=, compare
+    // these doubles.
     operator double() const;
 
     // False, with out untouched, for NaN and for what T cannot hold.

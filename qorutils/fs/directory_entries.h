@@ -5,7 +5,6 @@
 
 #include <dirent.h>
 
-#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
@@ -48,7 +47,7 @@ inline bool CanBeWidened(char const* text, std::size_t length) {
 // ---- Selection by name ----
 
 struct NameFilter {
-    char const* pattern;  // null: any name
+    char const* pattern;  // null: any name; empty, as one that cannot be encoded: none
     bool includesDotDot;
 
     // Of the name at the end of path.
@@ -69,7 +68,8 @@ struct NameFilter {
     }
 
     bool SkipsName(char const* name) const {
-        if (pattern != nullptr && !MatchesWildcard(name, pattern)) return true;
+        if (pattern != nullptr && (*pattern == '\0' || !MatchesWildcard(name, pattern)))
+            return true;
         if (std::strcmp(name, "..") == 0) return !includesDotDot;
         return std::strcmp(name, ".") == 0;
     }

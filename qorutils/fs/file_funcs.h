@@ -44,7 +44,9 @@ QORUTILS_API bool GetPathSize(wchar_t const* path, unsigned long& sizeLow, unsig
 // ---- Delete, copy, move ----
 
 // Deletes a regular file, or a link to one, and returns whether it did. force first makes the file
-// writable for everyone (the one behind the link).
+// writable for everyone (the one behind the link). The path is taken as GetAbsoluteFileName gives
+// it (fs/file_names.h): a relative one deletes nothing where the locale cannot decode the working
+// directory.
 QORUTILS_API bool DelFile(wchar_t const* path, bool force);
 
 // Copies a file with its permissions, not its times, and creates the folders that `to` lacks. With

@@ -21,12 +21,14 @@ CQorStringT<wchar_t> NextDefaultName(CQorStringT<wchar_t> const& directory,
     bool const isKnown = CanBeNarrowed(directory);
     BoostPath const folder = NarrowPath(directory);
     CQorStringT<wchar_t> result(name.c_str());
-    BoostPath candidate;
+    bool isCounted;
     do {
-        qor_formats::DoIncPtno(result, 1);
-        candidate = NarrowPath(result + ext.c_str());
-    } while (isKnown && !candidate.empty() && boost::filesystem::exists(folder / candidate));
-    return result;
+        isCounted = qor_formats::DoIncPtno(result, 1) != 0;
+        BoostPath const candidate = NarrowPath(result + ext.c_str());
+        if (!isKnown || candidate.empty() || !boost::filesystem::exists(folder / candidate))
+            return result;
+    } while (isCounted);
+    return {};
 }
 
 }  // namespace FileFuncs

@@ -15,7 +15,9 @@ namespace FileFuncs {
 // it; returns the name, without ext. With "Rec02.wav" and "Rec03.wav" in the directory,
 // ("dir", "Rec01", ".wav") gives "Rec04". Leading zeros stay, as DoIncPtno keeps them; a name
 // without a number starts at 1.
-// On purpose: name itself is never returned, whether or not there is such a file.
+// On purpose: name itself is never returned, whether or not there is such a file. Except that a
+// number too long for DoIncPtno, which only some file systems allow in a name, stays as it is; if
+// that name is taken, too, the result is empty.
 //
 // Folders count as entries, links as what they lead to, so that the name of a dangling link is
 // free. An empty directory is the working directory. All texts end at their first zero character.

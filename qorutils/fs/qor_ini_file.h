@@ -3,7 +3,7 @@
 //     qor_settings::CThreeTupleStore store;
 //     qor::text_utils::EQorTextEncoding encoding;
 //     if (!qor_settings::readSettingsAsIni(L"/etc/device.ini", store, encoding)) return;
-//     CThreeTupleStore::TQorIniSection& port = store[L"Port"];
+//     auto& port = store[L"Port"];
 //     port.name = L"Port";
 //     port.values[L"Speed"] = L"9600";
 //     qor_settings::writeSettingsAsIni(L"/etc/device.ini", store, encoding);
@@ -12,7 +12,8 @@
 // belong to them, and a file is read and written as a whole.
 //
 // Both functions may be called from any thread; a store belongs to one thread at a time. They throw
-// std::bad_alloc, and nothing else; file and memory are given back then, too.
+// std::bad_alloc, and nothing else; file and memory are given back then, too. A read that ends so
+// leaves a part of the settings in the store, a write a part of them in the file.
 
 #ifndef QORUTILS_FS_QOR_INI_FILE_H_
 #define QORUTILS_FS_QOR_INI_FILE_H_

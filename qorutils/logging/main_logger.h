@@ -1,9 +1,10 @@
 // The main log: one file for the whole process, made by the first call of any logging function.
 //
 // It lies in the application's root directory (GetRootDir), which is created if it is missing, or,
-// failing that, in the temporary directory. It is named after the application ("qor" if that has no
-// name), with a number from 1 to 10 and ".log.txt": the eleventh start of a program takes the first
-// name again and empties that file. If it cannot be created, lines go to the terminal only.
+// failing that, in the temporary directory, or, if there is none either, in "/". It is named after
+// the application ("qor" if that has no name), with a number from 1 to 10 and ".log.txt": the
+// eleventh start of a program takes the first name again and empties that file. If it cannot be
+// created, lines go to the terminal only.
 //
 // The file holds the bytes FF FE and then lines of 32-bit little-endian characters. On purpose: a
 // mark of two bytes in front of characters of four. A line is
@@ -13,7 +14,7 @@
 // with the seconds and milliseconds since the file was opened, which start again at 0 after
 // 4294967296 milliseconds (49.7 days), and the level, always 7. Each line is given to the system in
 // one call before the logging function returns, so that a crash loses none; a line that cannot be
-// written is lost, without a word. If standard output is a terminal, every line is shown there too,
+// written whole is lost or cut, without a word. If standard output is a terminal, every line is shown there too,
 // in pieces of at most 250 characters and with '.' for each zero character.
 //
 // WARNING: ON A TERMINAL THE LINE IS A printf FORMAT, WITHOUT ARGUMENTS BEHIND IT: see

@@ -242,6 +242,19 @@ TEST(BignumAdd, IsNaNFor256DigitsAndTheSameSign) {
     EXPECT_EQ("NaN", SignedText(Big("1") + sum));
 }
 
+TEST(BignumSubtract, OnPurposeHasTheUppermostOf256DigitsOr0ForItsSign) {
+    Big seven("-7");
+    digit_shift(&seven, 255);
+    Big five("5");
+    digit_shift(&five, 255);
+    EXPECT_EQ("?2" + std::string(255, '0'), SignedText(seven - five));
+    EXPECT_EQ(255, (five - seven).sign);
+    EXPECT_EQ(255, (five - seven).top);
+    EXPECT_EQ("0", SignedText(seven - Big(seven)));
+    EXPECT_EQ("?" + Nines(255), SignedText(Big(Nines(255).c_str()) + Big("1") - Big("1")));
+    EXPECT_EQ("-" + Nines(255), SignedText(Big("1") - (Big(Nines(255).c_str()) + Big("1"))));
+}
+
 TEST(BignumShift, MultipliesByAPowerOfTen) {
     auto const shifted = [](char const* number, int n) {
         Big v(number);

@@ -318,6 +318,17 @@ TEST(BignumCompare, FindsANumberEqualToItself) {
     EXPECT_EQ(0, nan.compare(nan));
 }
 
+TEST(BignumCompare, OnPurposeSeesDoublesWithOtherOperators) {
+    EXPECT_TRUE(Big("-5") > Big("3"));
+    EXPECT_TRUE(Big("3") <= Big("-5"));
+    EXPECT_FALSE(Big("5") > Big("-5"));
+    EXPECT_FALSE(Big("5") > Big());
+    EXPECT_FALSE(Big("5") <= Big());
+    Big const large("10000000000000000000000");
+    EXPECT_FALSE(large + Big("1") > large);  // they are one double
+    EXPECT_TRUE(large < large + Big("1"));
+}
+
 TEST(BignumCompare, TakesDigitsAboveTopForZeros) {
     Big v("12345678901234567890");
     v.top = 4;

@@ -126,7 +126,7 @@ TEST(FileEnumeratorPattern, FollowsTheCaseOfTheLocale) {
 
 TEST(FileEnumeratorPattern, MatchesNothingWhenTheLocaleCannotEncodeIt) {
     ScopedLocale const locale("C");
-    for (char const* name : {"a", "?"}) EXPECT_FALSE(Matches(name, L"*\u4E2D")) << name;
+    for (char const* name : {"a", "?", "", "a\\"}) EXPECT_FALSE(Matches(name, L"*\u4E2D")) << name;
 }
 
 TEST(FileEnumeratorPattern, AppliesToAListing) {
@@ -193,6 +193,14 @@ TEST(FileEnumeratorNames, ThatTheLocaleCannotDecodeArePassedOver) {
     EXPECT_EQ(Names({L"a", L"z"}), List(directory, L""));
     EXPECT_EQ(Names({L"a"}), List(directory, L"a"));
     EXPECT_EQ(Names({L"a", L"z"}), List(directory, L"*"));
+}
+
+TEST(FileEnumeratorNames, BeyondAsciiArePassedOverInTheCLocale) {
+    ScopedLocale const locale("C");
+    TemporaryDirectory directory;
+    for (char const* name : {"a", "\u00FC", "a\xFF"}) directory.MakeFile(name, "");
+    directory.MakeFolder("\u4E2D");
+    EXPECT_EQ(Names({L"a"}), List(directory, L""));
 }
 
 TEST(FileEnumeratorNames, ThatTheLocaleCannotDecodeAreNotWalkedInto) {

@@ -355,9 +355,9 @@ TEST(GetAbsoluteFileName, IsEmptyInAWorkingDirectoryThatTheLocaleCannotDecode) {
         char const* locale;
         char const* directory;
     } const cases[] = {
-        {"C.UTF-8", "caf\xE9"},          // ends within a character
-        {"C.UTF-8", "caf\xE9!"},         // is no UTF-8 in the middle
-        {"C.UTF-8", "\xED\xA0\x80"},     // is a surrogate
+        {"C.UTF-8", "caf\xE9"},       // ends within a character
+        {"C.UTF-8", "caf\xE9!"},      // is no UTF-8 in the middle
+        {"C.UTF-8", "\xED\xA0\x80"},  // is a surrogate
         {"C", "caf\xC3\xA9"},
     };
     for (auto const& c : cases) {

@@ -81,6 +81,12 @@ TEST_F(NextDefaultNameTest, CountsAsNumbersAtTheEndOfATextAreCounted) {
     for (auto const& c : cases) EXPECT_EQ(WideString(c.next), Next(c.name, L".gpx")) << c.name;
 }
 
+TEST_F(NextDefaultNameTest, CountsAsFarAsNamesGo) {
+    std::string const last(NAME_MAX, '9');
+    EXPECT_EQ(Wide(last), Next(Wide(std::string(NAME_MAX - 1, '9') + "8"), L""));
+    EXPECT_THROW(Next(Wide(last), L""), boost::filesystem::filesystem_error);
+}
+
 TEST_F(NextDefaultNameTest, ComparesTheNameWithItsExtension) {
     directory_.MakeFile("Rec1", "");
     directory_.MakeFile("Rec1.mp3", "");

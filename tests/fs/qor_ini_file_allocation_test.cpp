@@ -19,6 +19,7 @@ namespace {
 
 int untilRefusal = -1;  // so many more allocations succeed; -1: all do
 int liveBlocks = 0;
+int taken = 0;
 
 void* Take(std::size_t size) {
     if (untilRefusal == 0) throw std::bad_alloc();
@@ -26,6 +27,7 @@ void* Take(std::size_t size) {
     void* const block = std::malloc(size == 0 ? 1 : size);
     if (block == nullptr) throw std::bad_alloc();
     ++liveBlocks;
+    ++taken;
     return block;
 }
 
@@ -135,6 +137,51 @@ TEST(WriteSettingsAsIni, GivesAllBackWhenMemoryRunsOut) {
             },
             [] {});
         EXPECT_GT(needed, 3);
+    }
+}
+
+// Keys in order, in falling order, and each of them twice.
+std::string ManyKeys(int count) {
+    std::string text = "[A]\n";
+    for (int i = 0; i < count; ++i) text += "a" + std::to_string(1000000 + i) + "=value\n";
+    for (int i = 0; i < count; ++i) text += "b" + std::to_string(2000000 - i) + "=value\n";
+    for (int i = 0; i < count; ++i) text += "b" + std::to_string(2000000 - i) + "=other value\n";
+    return text;
+}
+
+int AllocationsToRead(std::wstring const& path) {
+    CThreeTupleStore store;
+    EQorTextEncoding encoding;
+    int const before = taken;
+    EXPECT_TRUE(qor_settings::readSettingsAsIni(path.c_str(), store, encoding));
+    return taken - before;
+}
+
+TEST(ReadSettingsAsIni, TakesThreeBlocksALine) {
+    TemporaryDirectory directory;
+    directory.MakeFile("few", ManyKeys(100));
+    directory.MakeFile("many", ManyKeys(30100));
+    int const few = AllocationsToRead(directory.WidePath("few"));
+    int const many = AllocationsToRead(directory.WidePath("many"));
+    EXPECT_EQ(3 * 3 * 30000, many - few);  // key, value, and a node of the map
+}
+
+TEST(WriteSettingsAsIni, TakesAsManyBlocksForManyKeysAsForFew) {
+    TemporaryDirectory directory;
+    directory.MakeFile("file", "");
+    std::wstring const path = directory.WidePath("file");
+    for (EQorTextEncoding const encoding : {eTextEncodingAnsi, eTextEncodingUtf16LE}) {
+        int needed[2] = {};
+        for (int const isMany : {0, 1}) {
+            SettingsMap settings;
+            for (int i = 0; i < (isMany != 0 ? 20000 : 10); ++i)
+                settings[L"A"][std::to_wstring(1000000 + i)] = L"value";
+            CThreeTupleStore const store = ToStore(settings);
+            int const before = taken;
+            EXPECT_TRUE(qor_settings::writeSettingsAsIni(path.c_str(), store, encoding));
+            needed[isMany] = taken - before;
+        }
+        EXPECT_EQ(needed[0], needed[1]);
     }
 }
 

@@ -29,9 +29,8 @@ std::string Repeated(std::string const& text, int count) {
 std::string Written(SettingsMap const& settings) {
     TemporaryDirectory directory;
     directory.MakeFile("file", "");
-    EXPECT_TRUE(qor_settings::writeSettingsAsIni(directory.WidePath("file").c_str(),
-                                                 ToStore(settings),
-                                                 qor::text_utils::eTextEncodingAnsi));
+    EXPECT_TRUE(qor_settings::writeSettingsAsIni(
+        directory.WidePath("file").c_str(), ToStore(settings), qor::text_utils::eTextEncodingAnsi));
     return directory.Content("file");
 }
 

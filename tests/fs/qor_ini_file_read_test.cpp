@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <clocale>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -13,6 +14,7 @@
 
 #include "support/check_reports.h"
 #include "support/ini_settings.h"
+#include "support/made_locale.h"
 #include "support/scoped_locale.h"
 #include "support/temporary_directory.h"
 
@@ -267,6 +269,19 @@ TEST(ReadSettingsAsIni, RefusesALatinLetterThatTheLocaleHasNoByteForOnPurpose) {
     ScopedLocale const locale("C.UTF-8");
     EXPECT_EQ("DBGCHK  qorutils/fs/qor_ini_file @ 245\n",
               CheckReports([] { ReadIniText("\xC3\xA9=1"); }));
+}
+
+// An 8-bit character set, where this letter has a byte.
+TEST(ReadSettingsAsIni, TakesALatinLetterThatTheLocaleHasAByteFor) {
+    MadeLocale const latin("latin_test", "<U00E9> /xe9 e with acute\n<U00D7> /xd7 times\n",
+                           "LC_CTYPE\nupper <U0041>..<U005A>\nlower <U0061>..<U007A>;<U00E9>\n"
+                           "END LC_CTYPE\n");
+    ScopedLocale const restorer("C");
+    ASSERT_NE(nullptr, std::setlocale(LC_CTYPE, latin.name()));
+    EXPECT_EQ((SettingsMap{{L"A", {{L"\u00E9", L"1"}}}}),
+              ReadIniText(WideBytes(L"[A]\n\u00E9=1\n")).settings);
+    EXPECT_EQ("DBGCHK  qorutils/fs/qor_ini_file @ 245\n",
+              CheckReports([] { ReadIniText(WideBytes(L"[A]\n\u00D7=1\n")); }));
 }
 
 TEST(ReadSettingsAsIni, RefusesWideUnitsThatAreNoCharacters) {

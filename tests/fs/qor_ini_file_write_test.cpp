@@ -133,6 +133,32 @@ TEST(WriteSettingsAsIni, ReadsBackWhatItWrote) {
     directory.Remove("file");
 }
 
+TEST(WriteSettingsAsIni, PutsAFileInOrderThatWasReadAndLeavesCommentsOut) {
+    struct {
+        char const* reason;
+        char const* read;
+        char const* written;
+    } const cases[] = {
+        {"as it is written",
+         "[Net]\r\nAddress=10.0.0.1\r\nPort=80\r\n\r\n[Screen]\r\nDim=1\r\n\r\n",
+         "[Net]\r\nAddress=10.0.0.1\r\nPort=80\r\n\r\n[Screen]\r\nDim=1\r\n\r\n"},
+        {"by hand, on Linux",
+         "# The device.\n\n[Screen]\nDim=1\n; [Old]\n// Dim=2\n\n[Net]  "
+         "\nPort=80\nAddress=10.0.0.1",
+         "[Net]\r\nAddress=10.0.0.1\r\nPort=80\r\n\r\n[Screen]\r\nDim=1\r\n\r\n"},
+        {"a section in two places, a key set again, an empty section",
+         "[B]\rk=1\rm=3\r[A]\r[B]\rk=2\rl=\r", "[B]\r\nk=2\r\nl=\r\nm=3\r\n\r\n"},
+        {"blanks that belong to names and values", "[ A ]\n9 b = = c \n",
+         "[ A ]\r\n9 b = = c \r\n\r\n"},
+    };
+    for (auto const& c : cases) {
+        SCOPED_TRACE(c.reason);
+        IniRead const read = ReadIniText(c.read);
+        EXPECT_TRUE(read.succeeded);
+        EXPECT_EQ(c.written, Written(read.store, read.encoding));
+    }
+}
+
 TEST(WriteSettingsAsIni, WritesANamelessSectionThatTheReaderRefusesOnPurpose) {
     std::string const text = Written({{L"", {{L"k", L"1"}}}});
     EXPECT_EQ("[]\r\nk=1\r\n\r\n", text);

@@ -224,8 +224,7 @@ inline bool IsHeld(std::vector<Section> const& sections, bool isWide) {
 
 inline Values ValuesOf(qor_settings::CThreeTupleStore::TQorIniSection const& section) {
     Values values;
-    for (auto const& value : section.values)
-        values[ToText(value.first)] = ToText(value.second);
+    for (auto const& value : section.values) values[ToText(value.first)] = ToText(value.second);
     return values;
 }
 
