@@ -1,6 +1,7 @@
 #include "qorutils/bignum/bignum.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <cwchar>
 
@@ -53,6 +54,11 @@ unsigned char const* BytesOf(Number const& v) {
     return reinterpret_cast<unsigned char const*>(&v);
 }
 
+// Where the digits of word i begin.
+constexpr std::ptrdiff_t PlaceOf(int i) {
+    return std::ptrdiff_t{i} * kDigitsPerWord;
+}
+
 // The index of the uppermost digit, for damaged records too; v is not NaN.
 int TopOf(Number const& v) {
     return std::min<int>(v.top, kSignPlace);
@@ -70,7 +76,7 @@ class DigitWords {
 
     DigitWord operator[](int i) const {
         if (i > last_) return 0;
-        DigitWord const word = LoadDigits(bytes_ + i * kDigitsPerWord);
+        DigitWord const word = LoadDigits(bytes_ + PlaceOf(i));
         return i < last_ ? word : word & lastMask_;
     }
 
@@ -81,13 +87,12 @@ class DigitWords {
 };
 
 void StoreWord(Number* v, int i, DigitWord word) {
-    StoreDigits(BytesOf(*v) + i * kDigitsPerWord, word);
+    StoreDigits(BytesOf(*v) + PlaceOf(i), word);
 }
 
 // All words from i on become 0, as does the sign.
 void ClearWordsFrom(int i, Number* v) {
-    std::memset(BytesOf(*v) + i * kDigitsPerWord, 0,
-                static_cast<std::size_t>((kWords - i) * kDigitsPerWord));
+    std::memset(BytesOf(*v) + PlaceOf(i), 0, static_cast<std::size_t>(PlaceOf(kWords - i)));
 }
 
 // Gives v, whose first n words stand, zeros above them, its sign, unless a digit has that place,

@@ -226,9 +226,9 @@ class QORUTILS_API bignum_t {
     template <unsigned int M>
     friend bignum_t<M> operator/(bignum_t<M> const& a, bignum_t<M> const& b);
 
-    // Leaves the fields without value.
+    // Leaves the digits without value.
     struct Unset {};
-    QORUTILS_LOCAL explicit bignum_t(Unset) {}
+    QORUTILS_LOCAL explicit bignum_t(Unset) : sign(1), top(-1) {}
 
     void AssignInteger(std::uint64_t bits, bool isNegative);
     bool SumDigits(double lowest, double highest, std::uint64_t* sum) const;

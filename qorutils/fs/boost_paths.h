@@ -52,7 +52,7 @@ inline BoostPath AbsolutePath(WideString const& path) {
 // throws when there is no working directory; the path is then empty, should it need one.
 // An absolute path needs the base's root name only, as in "//host", which is rarely there.
 inline BoostPath AbsolutePath(WideString const& path, BoostPath const& base) {
-    BoostPath const canonical = CanonicalPath(path);
+    BoostPath canonical = CanonicalPath(path);
     if (canonical.is_absolute() && !base.has_root_name()) return canonical;
     if (base.is_absolute()) return boost::filesystem::absolute(canonical, base);
     BoostError error;

@@ -34,7 +34,7 @@ __attribute__((init_priority(101))) std::auto_ptr<CQorLogger> mainLogger;
 __attribute__((init_priority(101))) FinishMark const finishMark;
 
 CQorStringT<wchar_t> LogDirectory() {
-    CQorStringT<wchar_t> const root = GetRootDir();
+    CQorStringT<wchar_t> root = GetRootDir();
     if (FileFuncs::IsDirExist(root)) return root;
     FileFuncs::CreateDirectoryTree(root);
     return FileFuncs::IsDirExist(root) ? root : FileFuncs::GetTempDirWithoutSlash();

@@ -14,8 +14,8 @@
 // with the seconds and milliseconds since the file was opened, which start again at 0 after
 // 4294967296 milliseconds (49.7 days), and the level, always 7. Each line is given to the system in
 // one call before the logging function returns, so that a crash loses none; a line that cannot be
-// written whole is lost or cut, without a word. If standard output is a terminal, every line is shown there too,
-// in pieces of at most 250 characters and with '.' for each zero character.
+// written whole is lost or cut, without a word. If standard output is a terminal, every line is
+// shown there too, in pieces of at most 250 characters and with '.' for each zero character.
 //
 // WARNING: ON A TERMINAL THE LINE IS A printf FORMAT, WITHOUT ARGUMENTS BEHIND IT: see
 // OutputDebugString in qorsys/qor_system.h. The file always gets the text as it is.

@@ -34,7 +34,7 @@ wchar_t* SysAllocStringLen(wchar_t const* src, unsigned int len) {
 
 int SysReAllocStringLen(wchar_t** pbstr, wchar_t const* src, unsigned int len) {
     if (pbstr == nullptr) Report(122);
-    SysFreeString(*pbstr);
+    SysFreeString(*pbstr);  // NOLINT(clang-analyzer-core.NullDereference)
     *pbstr = nullptr;
     *pbstr = SysAllocStringLen(src, len);
     return *pbstr != nullptr ? 1 : 0;

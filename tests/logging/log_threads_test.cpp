@@ -1,5 +1,6 @@
 // Many threads, many programs, and programs that are killed. Takes a while.
 
+#include <qorutils/appdirs/module_file_name.h>
 #include <qorutils/logging/main_logger.h>
 #include <qorutils/logging/trace.h>
 
@@ -10,6 +11,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <cwchar>
 #include <new>
 #include <string>
 #include <thread>
@@ -31,8 +33,8 @@ constexpr int kThreads = 8;
 
 // An emulated processor is many times slower, and a sanitized program some times.
 #if defined(__arm__)
-constexpr int kRounds = 5;
-constexpr int kLines = 500;
+constexpr int kRounds = 40;
+constexpr int kLines = 5000;
 #elif defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr int kRounds = 40;
 constexpr int kLines = 10000;
@@ -84,8 +86,12 @@ std::vector<int> CountNumbered(Messages const& messages) {
     return counts;
 }
 
+// A flush takes no lock, and yet repeats no line.
 void WriteNumberedLines(int thread) {
-    for (int number = 0; number < kLines; ++number) WriteNumbered(thread, number);
+    for (int number = 0; number < kLines; ++number) {
+        WriteNumbered(thread, number);
+        if (number % 5000 == 0) qor_flush_log();
+    }
 }
 
 // Times of five digits and three, as all are on the first day.
@@ -203,34 +209,50 @@ TEST(AKilledProgram, LeavesEveryLineWhoseCallReturned) {
     }
 }
 
-TEST(ManyProgramsAtOnce, KeepLogsOfTheirOwn) {
-    constexpr int kPrograms = 10;
-    constexpr int kProgramLines = 500;
+std::wstring moduleName;
+
+void NameModule(wchar_t* buffer, int size) {
+    std::wcsncpy(buffer, moduleName.c_str(), static_cast<std::size_t>(size));
+}
+
+constexpr int kPrograms = 10;
+constexpr int kProgramLines = 500;
+
+// A process that is called so, logs and exits.
+pid_t StartProgram(std::wstring const& name, int thread) {
+    pid_t const child = fork();
+    if (child != 0) return child;
+    alarm(60);
+    moduleName = name;
+    qor_appdirs::SetModuleFileNameHook(NameModule);
+    for (int number = 0; number < kProgramLines; ++number) WriteNumbered(thread, number);
+    std::exit(EXIT_SUCCESS);
+}
+
+void ExpectSuccess(pid_t child) {
+    int status = 0;
+    ASSERT_EQ(child, waitpid(child, &status, 0));
+    EXPECT_EQ(0, status);
+}
+
+TEST(ManyProgramsAtOnce, KeepLogsOfTheirOwnInOneDirectory) {
     TemporaryDirectory directory;
+    std::wstring const folder = directory.WidePath("");
     std::vector<pid_t> children;
+    for (int program = 0; program < kPrograms; ++program)
+        children.push_back(StartProgram(
+            folder.substr(0, folder.size() - 1) + L"\\p" + std::to_wstring(program) + L".exe",
+            program % kThreads));
+    for (pid_t const child : children) ExpectSuccess(child);
     for (int program = 0; program < kPrograms; ++program) {
-        std::string const name = std::to_string(program);
-        directory.MakeFolder(name);
-        children.push_back(fork());
-        if (children.back() != 0) continue;
-        alarm(60);
-        setenv("TMPDIR", directory.Path(name).c_str(), 1);
-        for (int number = 0; number < kProgramLines; ++number)
-            WriteNumbered(program % kThreads, number);
-        std::exit(EXIT_SUCCESS);
-    }
-    for (int program = 0; program < kPrograms; ++program) {
-        std::string const name = std::to_string(program);
-        int status = 0;
-        ASSERT_EQ(children[static_cast<std::size_t>(program)],
-                  waitpid(children[static_cast<std::size_t>(program)], &status, 0));
-        EXPECT_EQ(0, status);
-        Messages const messages = MessagesOfFile(directory.Path(name + "/qor1.log.txt"));
+        std::string const name = "p" + std::to_string(program);
+        Messages const messages = MessagesOfFile(directory.Path(name + "1.log.txt"));
+        ASSERT_LE(2u, messages.size());
         EXPECT_EQ("Logging finished", messages.back());
         EXPECT_EQ(kProgramLines, CountNumbered(Messages(messages.begin() + 1, messages.end() - 1))
                                      .at(static_cast<std::size_t>(program % kThreads)));
-        directory.Remove(name + "/qor1.log.txt");
-        directory.Remove(name + "/qor.seq.ini");
+        directory.Remove(name + "1.log.txt");
+        directory.Remove(name + ".seq.ini");
     }
 }
 
