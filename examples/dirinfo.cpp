@@ -58,7 +58,8 @@ void List(Text const& folder, Text const& pattern) {
         if (!TFileEnumerator::IsDirectory(info)) bytes += TFileEnumerator::GetFilesize(info);
     }
     std::printf("%d files with %lld bytes, %d folders\n", files, bytes, folders);
-    QOR_TRACE_ALWAYS(L"%ls: %d files, %d folders", folder.c_str(), files, folders);
+    // Without the name: on a terminal, a '%' in a log line is taken for a conversion.
+    QOR_TRACE_ALWAYS("%d files and %d folders listed", files, folders);
 }
 
 // CopyDirectory looks for the folders that it meets a second time in the working directory, so that
@@ -76,7 +77,7 @@ bool CopyAndRemove(Text const& folder) {
     bool const isRemoved =
         FileFuncs::RemoveDirectoryTree(copy) && FileFuncs::RemoveDirectoryTree(workplace);
     std::printf("%s\n", isRemoved ? "and removed again" : "but not removed");
-    QOR_TRACE_ALWAYS(L"%ls: copied %d, removed %d", folder.c_str(), isCopied, isRemoved);
+    QOR_TRACE_ALWAYS("copied: %s, removed: %s", isCopied ? "yes" : "no", isRemoved ? "yes" : "no");
     return isCopied && isRemoved;
 }
 

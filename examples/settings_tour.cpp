@@ -69,7 +69,7 @@ bool WriteAndReadBack(Store const& store, Text const& path,
     char const* const kind = encoding == qor::text_utils::eTextEncodingUtf16LE ? "wide" : "8-bit";
     std::printf("written as %-5s text: %lld bytes, read back: %s\n", kind, size,
                 isSame ? "the same settings" : "NOT the same settings");
-    QOR_TRACE_ALWAYS(L"%ls: %lld bytes, %ls", path.c_str(), size, isSame ? L"same" : L"different");
+    QOR_TRACE_ALWAYS("%s text: %lld bytes, %s", kind, size, isSame ? "the same" : "different");
     FileFuncs::DelFile(path, false);
     return isSame;
 }
@@ -125,7 +125,8 @@ int main(int argc, char** argv) {
     Store store;
     qor::text_utils::EQorTextEncoding encoding;
     if (!qor_settings::readSettingsAsIni(path, store, encoding)) return ExplainRefusal(argv[1]);
-    QOR_TRACE_ALWAYS(L"%ls: %u sections", path.c_str(), static_cast<unsigned int>(store.size()));
+    // Without the name: on a terminal, a '%' in a log line is taken for a conversion.
+    QOR_TRACE_ALWAYS("%u sections read", static_cast<unsigned int>(store.size()));
 
     Print(store);
     ChangeFirstValue(store);

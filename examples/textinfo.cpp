@@ -6,6 +6,7 @@
 // same, and the exit status is 1 then. It is 2 without arguments.
 
 #include <qorutils/fs/file_names.h>
+#include <qorutils/logging/trace.h>
 #include <qorutils/text/qor_string.h>
 #include <qorutils/text/text_encoding.h>
 #include <qorutils/text/utf8.h>
@@ -286,7 +287,13 @@ int main(int argc, char** argv) {
     }
     std::setlocale(LC_CTYPE, "C.UTF-8");  // for MakeLower: this locale knows all letters
     bool good = true;
-    for (int i = 1; i < argc; ++i) good = DescribeOrComplain(argv[i]) && good;
+    for (int i = 1; i < argc; ++i) {
+        bool const isDescribed = DescribeOrComplain(argv[i]);
+        // Without the name: on a terminal, a '%' in a log line is taken for a conversion.
+        qor_logging::QOR_TRACE_ALWAYS("file %d of %d: %s", i, argc - 1,
+                                      isDescribed ? "described" : "refused");
+        good = good && isDescribed;
+    }
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
         good = Complain("standard output", std::strerror(errno));
     return good ? 0 : 1;

@@ -156,8 +156,9 @@ Text Report(Text const& folder) {
         std::unique_ptr<Track> const track = ReadTrack(folder + L"/" + name);
         report += track == nullptr ? L"  cannot be read\n" : Summary(track->points);
         if (track != nullptr) report += track->rejected;
-        QOR_TRACE_ALWAYS(L"%ls: %d points", name.c_str(),
-                         track == nullptr ? -1 : static_cast<int>(track->points.size()));
+        // Without the name: on a terminal, a '%' in a log line is taken for a conversion.
+        QOR_TRACE_ALWAYS("%d points read",
+                         track == nullptr ? 0 : static_cast<int>(track->points.size()));
     }
     return report;
 }

@@ -82,26 +82,27 @@ wchar_t const* BstrSource(CQorStringT<wchar_t> const& text) {
     return text.c_str();
 }
 
+// Not in the members: a static of an exported template is one for the whole process, which could
+// then not unload the library.
+[[noreturn]] void ThrowNoMemory() {
+    static std::bad_alloc const failure;
+    throw std::bad_alloc(failure);
+}
+
 }  // namespace
 
 template <typename T>
 wchar_t* CQorStringT<T>::AllocSysString() const {
     wchar_t* const bstr =
         SysAllocStringLen(BstrSource(*this), static_cast<unsigned int>(GetLength()));
-    if (bstr == nullptr) {
-        static std::bad_alloc const failure;
-        throw std::bad_alloc(failure);
-    }
+    if (bstr == nullptr) ThrowNoMemory();
     return bstr;
 }
 
 template <typename T>
 wchar_t* CQorStringT<T>::SetSysString(wchar_t** pbstr) const {
-    if (SysReAllocStringLen(pbstr, BstrSource(*this), static_cast<unsigned int>(GetLength())) ==
-        0) {
-        static std::bad_alloc const failure;
-        throw std::bad_alloc(failure);
-    }
+    auto const length = static_cast<unsigned int>(GetLength());
+    if (SysReAllocStringLen(pbstr, BstrSource(*this), length) == 0) ThrowNoMemory();
     return *pbstr;
 }
 
