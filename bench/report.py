@@ -2,7 +2,7 @@
 """Prints, for every case of the benchmark programs, the library's time divided by the best peer's.
 
 Reads the JSON files that the programs wrote. A case is named "group|subject"; a subject that
-begins with "floor" is no peer but what the stated behaviour itself costs, and is shown apart.
+begins with "floor" is no peer but what the behaviour itself costs, and is shown apart.
 """
 
 import json

@@ -8,9 +8,10 @@
 #include <boost/multiprecision/cpp_int.hpp>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
+
+#include "require.h"
 
 namespace {
 
@@ -26,10 +27,6 @@ cpp_int Power(unsigned int exponent) {
 
 cpp_int const kLeast255Digits = Power(254);
 cpp_int const kLeast256Digits = Power(255);
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
 
 struct Model {
     bool isNaN = true;

@@ -11,10 +11,10 @@
 #include <clocale>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 #include "memory_file.h"
+#include "require.h"
 #include "silent_log.h"
 #include "support/guard_page.h"
 #include "support/reference_ini.h"
@@ -26,10 +26,6 @@ using reference_ini::Settings;
 
 constexpr std::size_t kLargestFile = 16384;
 constexpr auto kNoEncoding = static_cast<EQorTextEncoding>(77);
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
 
 // ---- Memory instead of a mapping ----
 

@@ -8,9 +8,9 @@
 #include <clocale>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
+#include "require.h"
 #include "support/guard_page.h"
 #include "support/reference_values.h"
 
@@ -20,10 +20,6 @@ using reference_values::Items;
 using Wide = qor_text::CQorStringT<wchar_t>;
 
 constexpr std::size_t kLargestText = 4096;
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
 
 // Bytes from 128 on stand for characters that the locale treats in ways of their own: white space,
 // a digit and letters of other scripts, and values that are no characters.

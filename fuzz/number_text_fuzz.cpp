@@ -11,11 +11,11 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <cwchar>
 #include <string>
 
+#include "require.h"
 #include "support/reference_scan.h"
 
 namespace {
@@ -35,10 +35,6 @@ using qor_formats::UIntToString;
 using qor_text::CQorStringT;
 
 constexpr std::size_t kLargestText = 600;
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
 
 std::wstring Content(CQorStringT<wchar_t> const& s) {
     return std::wstring(s.begin(), s.end());

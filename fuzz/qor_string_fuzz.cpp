@@ -7,7 +7,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <deque>
 #include <memory>
 #include <string>
@@ -16,15 +15,12 @@
 
 #include <qorutils/text/qor_string.h>
 
+#include "require.h"
 #include "support/replace_oracle.h"
 
 using qor_text::CQorStringT;
 
 namespace {
-
-void Expect(bool holds) {
-    if (!holds) std::abort();
-}
 
 // Small draws from the fuzzer's bytes; zeros when they are used up.
 class Draws {
@@ -197,12 +193,12 @@ class Game {
         for (std::size_t i = 0; i < kStrings; ++i) {
             String const& s = strings_[i];
             Model<T> const& model = models_[i];
-            Expect(Text(s.begin(), s.end()) == model.text());
-            Expect(s.c_str()[s.GetLength()] == T());
-            Expect(s.GetAllocLength() == model.Capacity());
-            Expect(s.GetData()->nRefs == model.Refs());
+            Require(Text(s.begin(), s.end()) == model.text());
+            Require(s.c_str()[s.GetLength()] == T());
+            Require(s.GetAllocLength() == model.Capacity());
+            Require(s.GetData()->nRefs == model.Refs());
             for (std::size_t j = 0; j < i; ++j)
-                Expect((s.c_str() == strings_[j].c_str()) == model.SharesWith(models_[j]));
+                Require((s.c_str() == strings_[j].c_str()) == model.SharesWith(models_[j]));
         }
         if (Length() > kLongest) Empty();
     }
@@ -265,7 +261,7 @@ class Game {
         M().Edit(UpToZero(text()));
     }
     void Lock() {
-        Expect(S().LockBuffer() == S().c_str());
+        Require(S().LockBuffer() == S().c_str());
         M().GetBuffer(0);
         M().SetLocked(true);
     }
@@ -314,15 +310,15 @@ class Game {
     void Join() {
         auto const joined = text() + models_[from_].text();
         String const sum = S() + strings_[from_];
-        Expect(Text(sum.begin(), sum.end()) == joined);
-        Expect(sum.GetAllocLength() == static_cast<int>(joined.size()));
+        Require(Text(sum.begin(), sum.end()) == joined);
+        Require(sum.GetAllocLength() == static_cast<int>(joined.size()));
     }
     void InsertText() {
         auto const argument = DrawArgument();
         int const index = draws_.Index(Length());
         auto changed = text();
         changed.insert(Clamp(index), argument.text);
-        Expect(S().Insert(index, argument.pointer) == static_cast<int>(changed.size()));
+        Require(S().Insert(index, argument.pointer) == static_cast<int>(changed.size()));
         if (!argument.text.empty()) M().Edit(changed);
     }
     void InsertCharacter() {
@@ -330,14 +326,14 @@ class Game {
         int const index = draws_.Index(Length());
         auto changed = text();
         changed.insert(Clamp(index), 1, ch);
-        Expect(S().Insert(index, ch) == static_cast<int>(changed.size()));
+        Require(S().Insert(index, ch) == static_cast<int>(changed.size()));
         M().Edit(changed);
     }
     void Delete() {
         int const index = draws_.Index(Length());
         int const count = draws_.Index(Length());
         int const before = Length();
-        Expect(S().Delete(index, count) == before);
+        Require(S().Delete(index, count) == before);
         if (std::max(index, 0) >= before || count <= 0) return;
         M().Edit(text().erase(Clamp(index), static_cast<std::size_t>(count)));
     }
@@ -345,7 +341,7 @@ class Game {
         T const ch = DrawCharacter();
         auto changed = text();
         changed.erase(std::remove(changed.begin(), changed.end(), ch), changed.end());
-        Expect(S().Remove(ch) == Length() - static_cast<int>(changed.size()));
+        Require(S().Remove(ch) == Length() - static_cast<int>(changed.size()));
         M().Edit(changed);
     }
     void ReplaceCharacter() {
@@ -354,7 +350,7 @@ class Game {
         auto changed = text();
         auto const count = std::count(changed.begin(), changed.end(), from);
         std::replace(changed.begin(), changed.end(), from, to);
-        Expect(S().Replace(from, to) == (from == to ? 0 : count));
+        Require(S().Replace(from, to) == (from == to ? 0 : count));
         if (from != to) M().Edit(changed);
     }
     void ReplaceText() {
@@ -363,7 +359,7 @@ class Game {
         std::vector<T> buffer(S().c_str(), S().c_str() + S().GetAllocLength() + 1);
         ReplaceOracle<T> oracle(buffer, Length(), M().IsShared());
         int const count = oracle.Replace(from.text.c_str(), to.text.c_str());
-        Expect(S().Replace(from.pointer, to.pointer) == count);
+        Require(S().Replace(from.pointer, to.pointer) == count);
         if (count != 0) M().Edit(oracle.Text());
     }
     void Reverse() {
@@ -406,7 +402,7 @@ class Game {
         while (last != changed.begin() && !isKept(last[-1])) --last;
         if (last != run) changed.erase(last, changed.end());
         changed.erase(changed.begin(), std::find_if(changed.begin(), changed.end(), isKept));
-        Expect(trim(0) == &S());
+        Require(trim(0) == &S());
         M().Edit(changed);
     }
     void Format() {
@@ -428,31 +424,31 @@ class Game {
         auto const argument = DrawArgument();
         int const start = draws_.Below(Length() + 2);
         int const found = S().Find(argument.pointer, start);
-        if (start > Length()) return Expect(found == -1);
+        if (start > Length()) return Require(found == -1);
         auto const rest = UpToZero(text().substr(static_cast<std::size_t>(start)));
         auto const at = rest.find(argument.text);
-        Expect(found == (at == Text::npos ? -1 : start + static_cast<int>(at)));
+        Require(found == (at == Text::npos ? -1 : start + static_cast<int>(at)));
     }
     void FindCharacter() {
         T const ch = DrawCharacter();
         int const start = draws_.Below(Length() + 2);
         int const found = S().Find(ch, start);
-        if (start >= Length()) return Expect(found == -1);
+        if (start >= Length()) return Require(found == -1);
         auto const rest = UpToZero(text().substr(static_cast<std::size_t>(start))) + T();
         auto const at = rest.find(ch);
-        Expect(found == (at == Text::npos ? -1 : start + static_cast<int>(at)));
+        Require(found == (at == Text::npos ? -1 : start + static_cast<int>(at)));
         auto const last = (UpToZero(text()) + T()).rfind(ch);
-        Expect(S().ReverseFind(ch) == (last == Text::npos ? -1 : static_cast<int>(last)));
+        Require(S().ReverseFind(ch) == (last == Text::npos ? -1 : static_cast<int>(last)));
     }
     void FindSet() {
         auto const set = DrawArgument();
         auto const seen = UpToZero(text());
         auto const first = seen.find_first_of(set.text);
         auto const other = seen.find_first_not_of(set.text);
-        Expect(S().FindOneOf(set.pointer) == (first == Text::npos ? -1 : static_cast<int>(first)));
-        Expect(S().SpanExcluding(set.pointer) == seen.substr(0, first).c_str());
-        Expect(S().SpanIncluding(set.pointer) ==
-               seen.substr(0, std::min(other, seen.size())).c_str());
+        Require(S().FindOneOf(set.pointer) == (first == Text::npos ? -1 : static_cast<int>(first)));
+        Require(S().SpanExcluding(set.pointer) == seen.substr(0, first).c_str());
+        Require(S().SpanIncluding(set.pointer) ==
+                seen.substr(0, std::min(other, seen.size())).c_str());
     }
     void Extract() {
         int const first = draws_.Index(Length());
@@ -460,8 +456,8 @@ class Game {
         auto const part = text().substr(Clamp(first), static_cast<std::size_t>(std::max(count, 0)));
         String const mid = S().Mid(first, count);
         bool const whole = first <= 0 && static_cast<int>(part.size()) == Length();
-        Expect(Text(mid.begin(), mid.end()) == Extracted(part, whole));
-        Expect((mid.c_str() == S().c_str()) == (M().IsNil() || (whole && !M().IsLocked())));
+        Require(Text(mid.begin(), mid.end()) == Extracted(part, whole));
+        Require((mid.c_str() == S().c_str()) == (M().IsNil() || (whole && !M().IsLocked())));
     }
     // The whole of a locked string is copied as a zero-terminated text.
     Text Extracted(Text const& part, bool whole) {
@@ -472,30 +468,30 @@ class Game {
         int start = draws_.Index(Length());
         int const before = start;
         String const token = S().Tokenize(delims.pointer, start);
-        if (before < 0) return Expect(token.IsEmpty() && start == before);
+        if (before < 0) return Require(token.IsEmpty() && start == before);
         auto const rest = text().substr(Clamp(before));
         if (delims.text.empty() && !rest.empty())
-            return Expect(Text(token.begin(), token.end()) == Extracted(rest, before == 0) &&
-                          start == before);
+            return Require(Text(token.begin(), token.end()) == Extracted(rest, before == 0) &&
+                           start == before);
         auto const isDelimiter = [&delims](T ch) {
             return ch != T() && delims.text.find(ch) != Text::npos;
         };
         auto const begin = std::find_if_not(rest.begin(), rest.end(), isDelimiter);
-        if (begin == rest.end()) return Expect(token.IsEmpty() && start == -1);
+        if (begin == rest.end()) return Require(token.IsEmpty() && start == -1);
         auto const end =
             std::find_if(begin, rest.end(), [&](T ch) { return ch == T() || isDelimiter(ch); });
-        Expect(Text(token.begin(), token.end()) == Text(begin, end));
-        Expect(start == before + static_cast<int>(end - rest.begin()) + 1);
+        Require(Text(token.begin(), token.end()) == Text(begin, end));
+        Require(start == before + static_cast<int>(end - rest.begin()) + 1);
     }
     void CompareTexts() {
         auto const argument = DrawArgument();
         auto const seen = UpToZero(text());
         int const result = S().Compare(argument.pointer);
         int const expected = seen.compare(argument.text);
-        Expect((result < 0) == (expected < 0) && (result == 0) == (expected == 0));
-        Expect((S() == argument.pointer) == (seen == argument.text));
-        Expect((S().CompareNoCase(argument.pointer) == 0) ==
-               (Folded(seen) == Folded(argument.text)));
+        Require((result < 0) == (expected < 0) && (result == 0) == (expected == 0));
+        Require((S() == argument.pointer) == (seen == argument.text));
+        Require((S().CompareNoCase(argument.pointer) == 0) ==
+                (Folded(seen) == Folded(argument.text)));
     }
 
     static Text Folded(Text text) {

@@ -8,13 +8,13 @@
 #include <clocale>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cwchar>
 #include <cwctype>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "require.h"
 #include "support/guard_page.h"
 
 namespace {
@@ -107,8 +107,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* input, std::size_t siz
 
     auto const found = Expand(fmt.data(), count, texts, std::make_index_sequence<kMostArguments>());
     std::wstring const expected = PlainExpand(fmt.data(), count, texts);
-    if (expected != std::wstring(found.c_str(), static_cast<std::size_t>(found.GetLength())))
-        std::abort();
-    if (found.c_str()[found.GetLength()] != L'\0') std::abort();
+    Require(expected == std::wstring(found.begin(), found.end()));
+    Require(found.c_str()[found.GetLength()] == L'\0');
     return 0;
 }

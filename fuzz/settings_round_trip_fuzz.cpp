@@ -8,11 +8,11 @@
 #include <clocale>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "memory_file.h"
+#include "require.h"
 #include "silent_log.h"
 #include "support/reference_ini.h"
 
@@ -23,10 +23,6 @@ using qor_text::CQorStringT;
 using reference_ini::Section;
 
 constexpr std::size_t kLargestInput = 16384;
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
 
 // Bytes from 128 on stand for letters of other scripts, white space, a lone surrogate, and values
 // that are no characters.

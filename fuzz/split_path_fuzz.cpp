@@ -6,8 +6,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
+
+#include "require.h"
 
 namespace {
 
@@ -15,10 +16,6 @@ using base::CFile;
 using String = qor_text::CQorStringT<wchar_t>;
 
 constexpr std::size_t kLargestInput = 4096;
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
 
 bool IsSame(std::wstring const& expected, String const& found) {
     return expected == std::wstring(found.begin(), found.end());

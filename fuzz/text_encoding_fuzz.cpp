@@ -5,9 +5,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 
+#include "require.h"
 #include "support/guard_page.h"
 
 namespace {
@@ -19,8 +19,9 @@ struct Detection {
     unsigned int markLength;
 };
 
-void Require(Detection expected, Detection found) {
-    if (expected.result != found.result || expected.markLength != found.markLength) std::abort();
+void RequireSame(Detection expected, Detection found) {
+    Require(expected.result == found.result);
+    Require(expected.markLength == found.markLength);
 }
 
 Detection PlainBom(unsigned char const* d, std::size_t n) {
@@ -60,14 +61,14 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* input, std::size_t siz
 
     Detection bom = {0, kUntouched};
     bom.result = detect_bom_header(data.data(), n, &bom.markLength);
-    Require(PlainBom(input, size), bom);
+    RequireSame(PlainBom(input, size), bom);
 
     Detection encoding = {0, kUntouched};
     encoding.result = detect_text_encoding(data.data(), n, &encoding.markLength);
-    Require(PlainEncoding(input, size), encoding);
+    RequireSame(PlainEncoding(input, size), encoding);
 
-    if (detect_bom_header(data.data(), n, nullptr) != bom.result) std::abort();
-    if (detect_text_encoding(data.data(), n, nullptr) != encoding.result) std::abort();
-    if (size != 0 && std::memcmp(input, data.data(), size) != 0) std::abort();
+    Require(detect_bom_header(data.data(), n, nullptr) == bom.result);
+    Require(detect_text_encoding(data.data(), n, nullptr) == encoding.result);
+    Require(size == 0 || std::memcmp(input, data.data(), size) == 0);
     return 0;
 }

@@ -6,9 +6,9 @@
 #include <clocale>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
+#include "require.h"
 #include "support/byte_file.h"
 #include "support/reference_lines.h"
 
@@ -19,10 +19,6 @@ using Wide = qor_text::CQorStringT<wchar_t>;
 
 // What a pipe holds without anybody reading.
 constexpr std::size_t kLargestFile = 32768;
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
 
 std::wstring NextLine(int fd) {
     Wide line(L'x', fd % 300);

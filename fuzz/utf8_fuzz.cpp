@@ -9,27 +9,24 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
 
+#include "require.h"
 #include "support/guard_page.h"
 #include "support/reference_utf8.h"
 
 namespace {
 
 using reference_utf8::Conversion;
+using reference_utf8::IsSame;
 using reference_utf8::kFailed;
 using reference_utf8::kNullPosition;
 
 constexpr char kByteFill = 'Z';
 constexpr wchar_t kWideFill = 0x5A5A5A5A;
 constexpr std::size_t kLargestText = 4096;
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
 
 // One for the whole run, as memory from the system is slow. Behind the end nothing is accessible.
 template <typename T>
@@ -96,10 +93,6 @@ void EncodeCharacter(wchar_t wc) {
 
 __mbstate_t StateAfter(std::string const& seen) {
     return seen.empty() ? __mbstate_t() : reference_utf8::StateAfter(seen);
-}
-
-bool IsSame(__mbstate_t const& a, __mbstate_t const& b) {
-    return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
 // `elements` are all that may be read.

@@ -6,19 +6,15 @@
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "require.h"
 #include "support/guard_page.h"
 
 namespace {
 
 constexpr std::size_t kLargestText = 1024;
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
 
 bool IsSameLetter(char a, char b) {
     return std::toupper(static_cast<unsigned char>(a)) ==

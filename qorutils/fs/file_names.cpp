@@ -15,8 +15,6 @@ namespace file_names {
 namespace {
 
 // Empty when the path needs a working directory and there is none.
-// Boost is given narrow text and asked for narrow text only: its own conversion throws when the
-// environment names a locale that is not installed.
 std::string MakeAbsolute(std::string const& narrow) {
     boost::filesystem::path const path(narrow);
     if (path.is_absolute()) return narrow;

@@ -40,7 +40,7 @@ std::string Power(std::size_t zeros) {
 
 Big const kNaN;
 
-// ---- Stated results ----
+// ---- Exact results ----
 
 TEST(BignumAdd, KeepsTheSignThatBothHave) {
     EXPECT_EQ("12", SignedText(Big("5") + Big("7")));

@@ -21,10 +21,6 @@ namespace {
 using namespace qor_formats;
 using Wide = qor_text::CQorStringT<wchar_t>;
 
-Wide Whole(std::wstring const& text) {
-    return Wide(text.data(), static_cast<int>(text.size()));
-}
-
 // ---- Names ----
 
 TEST(IsAdmisibleCharacter, TakesAsciiLettersDigitsAndUnderscores) {

@@ -12,15 +12,12 @@
 
 #include "support/byte_file.h"
 #include "support/scoped_locale.h"
+#include "support/text_literal.h"
 
 namespace {
 
 using namespace qor_formats;
 using Wide = qor_text::CQorStringT<wchar_t>;
-
-Wide Whole(std::wstring const& text) {
-    return Wide(text.data(), static_cast<int>(text.size()));
-}
 
 // A stream on which every write fails.
 class FullDisk {

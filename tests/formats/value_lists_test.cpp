@@ -33,10 +33,6 @@ StringArray ArrayOf(Items const& items) {
     return array;
 }
 
-Wide Whole(std::wstring const& text) {
-    return Wide(text.data(), static_cast<int>(text.size()));
-}
-
 Items Delimited(std::wstring const& text, wchar_t const* delimiters) {
     StringArray out;
     EXPECT_TRUE(ParseDelimitersValues(Whole(text), out, delimiters));

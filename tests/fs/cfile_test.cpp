@@ -12,6 +12,7 @@
 
 #include "support/cfile_fixture.h"
 #include "support/check_reports.h"
+#include "support/descriptors.h"
 #include "support/guard_page.h"
 
 namespace {
@@ -23,12 +24,6 @@ static_assert(!std::is_polymorphic<CFile>::value, "");
 static_assert(std::is_trivially_destructible<CFile>::value, "");
 
 // The descriptor that the next open file will have.
-int NextDescriptor() {
-    int const file = open("/", O_RDONLY);
-    close(file);
-    return file;
-}
-
 bool IsOpen(int descriptor) {
     return fcntl(descriptor, F_GETFD) != -1;
 }

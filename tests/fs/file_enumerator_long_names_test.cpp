@@ -3,19 +3,18 @@
 #include <qorutils/fs/file_enumerator.h>
 
 #include <dirent.h>
-#include <dlfcn.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "support/check_reports.h"
+#include "support/next_in_line.h"
 #include "support/scoped_locale.h"
 #include "support/temporary_directory.h"
 
@@ -23,13 +22,6 @@ namespace {
 
 std::string longName;
 bool isDelivered = false;
-
-template <typename Function>
-Function* NextInLine(Function*, char const* name) {
-    void* const found = dlsym(RTLD_NEXT, name);
-    if (found == nullptr) std::abort();
-    return reinterpret_cast<Function*>(found);
-}
 
 }  // namespace
 

@@ -2,14 +2,13 @@
 // program that starts them must never copy a file itself.
 #include <qorutils/fs/file_funcs.h>
 
-#include <cwchar>
 #include <functional>
 #include <ostream>
 #include <string>
 
 #include <gtest/gtest.h>
-#include <qorutils/appdirs/module_file_name.h>
 
+#include "support/module_name.h"
 #include "support/own_process.h"
 #include "support/scoped_locale.h"
 #include "support/temporary_directory.h"
@@ -18,12 +17,6 @@
 namespace {
 
 using namespace FileFuncs;
-
-std::wstring moduleName;
-
-void YieldModuleName(wchar_t* buffer, int size) {
-    std::wcsncpy(buffer, moduleName.c_str(), static_cast<std::size_t>(size));
-}
 
 class CopyBesideTheProgram : public testing::Test {
   protected:
@@ -36,9 +29,8 @@ class CopyBesideTheProgram : public testing::Test {
 
     // In the working directory "work".
     void WithProgram(std::wstring const& name, std::function<void()> const& action) {
-        moduleName = name;
         InOwnProcess([&](std::ostream&) {
-            qor_appdirs::SetModuleFileNameHook(YieldModuleName);
+            NameModule(name);
             WorkingDirectory const here(directory_.Path("work"));
             action();
         });

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/descriptors.h"
 #include "support/system_call_faults.h"
 #include "support/temporary_directory.h"
 

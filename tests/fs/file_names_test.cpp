@@ -1,26 +1,23 @@
 #include <qorutils/fs/file_names.h>
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <climits>
-#include <cstdlib>
 #include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "support/scoped_locale.h"
+#include "support/scoped_variable.h"
+#include "support/temporary_directory.h"
+#include "support/text_literal.h"
+#include "support/working_directory.h"
 
 namespace {
 
 using namespace qor::file_names;
 using String = qor_text::CQorStringT<wchar_t>;
-
-std::wstring Whole(String const& s) {
-    return std::wstring(s.c_str(), static_cast<std::size_t>(s.GetLength()));
-}
 
 struct PathCase {
     wchar_t const* path;
@@ -76,13 +73,15 @@ TEST(FileNames, FindTheStartsOfNameAndExtension) {
 
 TEST(FileNames, TakePathsApart) {
     for (PathCase const& c : kPaths) {
-        EXPECT_EQ(c.nameWithExt, Whole(ExtractFileNameWithExtFromPathName(c.path))) << c.path;
-        EXPECT_EQ(c.ext, Whole(ExtractFileNameExtFromPathName(c.path))) << c.path;
-        EXPECT_EQ(c.nameWithoutExt, Whole(ExtractFileNameWithoutExtFromPathName(c.path))) << c.path;
-        EXPECT_EQ(c.pathWithoutExt, Whole(ExtractPathNameWithoutExtFromPathName(c.path))) << c.path;
-        EXPECT_EQ(c.dirWithoutSlash, Whole(ExtractDirNameWithoutSlashFromPathName(c.path)))
+        EXPECT_EQ(c.nameWithExt, Content(ExtractFileNameWithExtFromPathName(c.path))) << c.path;
+        EXPECT_EQ(c.ext, Content(ExtractFileNameExtFromPathName(c.path))) << c.path;
+        EXPECT_EQ(c.nameWithoutExt, Content(ExtractFileNameWithoutExtFromPathName(c.path)))
             << c.path;
-        EXPECT_EQ(c.dirWithSlash, Whole(ExtractDirNameWithSlashFromPathName(c.path))) << c.path;
+        EXPECT_EQ(c.pathWithoutExt, Content(ExtractPathNameWithoutExtFromPathName(c.path)))
+            << c.path;
+        EXPECT_EQ(c.dirWithoutSlash, Content(ExtractDirNameWithoutSlashFromPathName(c.path)))
+            << c.path;
+        EXPECT_EQ(c.dirWithSlash, Content(ExtractDirNameWithSlashFromPathName(c.path))) << c.path;
     }
 }
 
@@ -90,27 +89,27 @@ TEST(FileNames, LeaveThePathAsItIs) {
     String const path(L"C:\\dir\\file.txt");
     GetCanonicalFileName(path);
     ExtractFileNameWithExtFromPathName(path);
-    EXPECT_EQ(L"C:\\dir\\file.txt", Whole(path));
+    EXPECT_EQ(L"C:\\dir\\file.txt", Content(path));
 }
 
 TEST(FileNames, LookForSeparatorsUpToTheFirstZeroOnly) {
     String const path(L"d/n.e\0x/y.z", 11);
     EXPECT_EQ(2, GetFileNameStart(path));
     EXPECT_EQ(3, GetFileExtStart(path));
-    EXPECT_EQ(std::wstring(L"n.e\0x/y.z", 9), Whole(ExtractFileNameWithExtFromPathName(path)));
-    EXPECT_EQ(std::wstring(L"e\0x/y.z", 7), Whole(ExtractFileNameExtFromPathName(path)));
-    EXPECT_EQ(L"n", Whole(ExtractFileNameWithoutExtFromPathName(path)));
-    EXPECT_EQ(L"d/n", Whole(ExtractPathNameWithoutExtFromPathName(path)));
-    EXPECT_EQ(L"d", Whole(ExtractDirNameWithoutSlashFromPathName(path)));
-    EXPECT_EQ(L"d/", Whole(ExtractDirNameWithSlashFromPathName(path)));
+    EXPECT_EQ(std::wstring(L"n.e\0x/y.z", 9), Content(ExtractFileNameWithExtFromPathName(path)));
+    EXPECT_EQ(std::wstring(L"e\0x/y.z", 7), Content(ExtractFileNameExtFromPathName(path)));
+    EXPECT_EQ(L"n", Content(ExtractFileNameWithoutExtFromPathName(path)));
+    EXPECT_EQ(L"d/n", Content(ExtractPathNameWithoutExtFromPathName(path)));
+    EXPECT_EQ(L"d", Content(ExtractDirNameWithoutSlashFromPathName(path)));
+    EXPECT_EQ(L"d/", Content(ExtractDirNameWithSlashFromPathName(path)));
 }
 
 TEST(FileNames, CountWhatLiesBehindAZeroAsPartOfTheLastPiece) {
     String const path(L"name\0.x", 7);
     EXPECT_EQ(0, GetFileNameStart(path));
     EXPECT_EQ(7, GetFileExtStart(path));
-    EXPECT_EQ(std::wstring(L"name\0.x", 7), Whole(ExtractFileNameWithoutExtFromPathName(path)));
-    EXPECT_EQ(L"", Whole(ExtractFileNameExtFromPathName(path)));
+    EXPECT_EQ(std::wstring(L"name\0.x", 7), Content(ExtractFileNameWithoutExtFromPathName(path)));
+    EXPECT_EQ(L"", Content(ExtractFileNameExtFromPathName(path)));
 }
 
 TEST(GetCanonicalFileName, TurnsBackslashesAndNothingElse) {
@@ -126,11 +125,11 @@ TEST(GetCanonicalFileName, TurnsBackslashesAndNothingElse) {
         {L"a\\.\\..\\c\\", L"a/./../c/"},
         {L"", L""},
     };
-    for (auto const& c : cases) EXPECT_EQ(c.canonical, Whole(GetCanonicalFileName(c.path)));
+    for (auto const& c : cases) EXPECT_EQ(c.canonical, Content(GetCanonicalFileName(c.path)));
 }
 
 TEST(GetCanonicalFileName, TurnsBackslashesBehindAZeroToo) {
-    EXPECT_EQ(std::wstring(L"a/\0/b", 5), Whole(GetCanonicalFileName(String(L"a\\\0\\b", 5))));
+    EXPECT_EQ(std::wstring(L"a/\0/b", 5), Content(GetCanonicalFileName(String(L"a\\\0\\b", 5))));
 }
 
 struct Pieces {
@@ -170,11 +169,11 @@ TEST(ExtractFileNameAndExtAndParentDir, FillsAllPieces) {
     };
     for (auto const& c : cases) {
         Pieces const pieces(c.path);
-        EXPECT_EQ(c.nameWithExt, Whole(pieces.nameWithExt)) << c.path;
-        EXPECT_EQ(c.nameWithoutExt, Whole(pieces.nameWithoutExt)) << c.path;
-        EXPECT_EQ(c.ext, Whole(pieces.ext)) << c.path;
-        EXPECT_EQ(c.parentDirName, Whole(pieces.parentDirName)) << c.path;
-        EXPECT_EQ(c.parentPath, Whole(pieces.parentPath)) << c.path;
+        EXPECT_EQ(c.nameWithExt, Content(pieces.nameWithExt)) << c.path;
+        EXPECT_EQ(c.nameWithoutExt, Content(pieces.nameWithoutExt)) << c.path;
+        EXPECT_EQ(c.ext, Content(pieces.ext)) << c.path;
+        EXPECT_EQ(c.parentDirName, Content(pieces.parentDirName)) << c.path;
+        EXPECT_EQ(c.parentPath, Content(pieces.parentPath)) << c.path;
         EXPECT_EQ(c.hasExt, pieces.hasExt) << c.path;
     }
 }
@@ -185,11 +184,11 @@ TEST(ExtractFileNameAndExtAndParentDir, TakesThePathAsAnyOfItsOutputs) {
         strings[output] = L"/x/y/z.txt";
         EXPECT_TRUE(ExtractFileNameAndExtAndParentDirFromPathName(
             strings[output], strings[0], strings[1], strings[2], strings[3], strings[4]));
-        EXPECT_EQ(L"z.txt", Whole(strings[0])) << output;
-        EXPECT_EQ(L"z", Whole(strings[1])) << output;
-        EXPECT_EQ(L"txt", Whole(strings[2])) << output;
-        EXPECT_EQ(L"y", Whole(strings[3])) << output;
-        EXPECT_EQ(L"/x", Whole(strings[4])) << output;
+        EXPECT_EQ(L"z.txt", Content(strings[0])) << output;
+        EXPECT_EQ(L"z", Content(strings[1])) << output;
+        EXPECT_EQ(L"txt", Content(strings[2])) << output;
+        EXPECT_EQ(L"y", Content(strings[3])) << output;
+        EXPECT_EQ(L"/x", Content(strings[4])) << output;
     }
 }
 
@@ -198,45 +197,29 @@ TEST(ExtractFileNameAndExtAndParentDir, LeavesTheLastPieceInAStringThatServesFor
     String other;
     EXPECT_TRUE(
         ExtractFileNameAndExtAndParentDirFromPathName(path, other, other, other, path, path));
-    EXPECT_EQ(L"txt", Whole(other));
-    EXPECT_EQ(L"/x", Whole(path));
+    EXPECT_EQ(L"txt", Content(other));
+    EXPECT_EQ(L"/x", Content(path));
     EXPECT_TRUE(
         ExtractFileNameAndExtAndParentDirFromPathName(L"n.e", path, path, path, path, path));
-    EXPECT_EQ(L"", Whole(path));
+    EXPECT_EQ(L"", Content(path));
 }
 
 TEST(ExtractFileNameAndExtAndParentDir, FillsOutputsThatShareABuffer) {
     String path(L"/x/y/z.txt");
     String a(path), b(path), c(path), d(path), e(path);
     EXPECT_TRUE(ExtractFileNameAndExtAndParentDirFromPathName(path, a, b, c, d, e));
-    EXPECT_EQ(L"z.txt z txt y /x", Whole(a + L" " + b + L" " + c + L" " + d + L" " + e));
-    EXPECT_EQ(L"/x/y/z.txt", Whole(path));
+    EXPECT_EQ(L"z.txt z txt y /x", Content(a + L" " + b + L" " + c + L" " + d + L" " + e));
+    EXPECT_EQ(L"/x/y/z.txt", Content(path));
 }
 
-// A fresh directory below /tmp as the working directory, for one scope.
-class WorkingDirectory {
+// A fresh directory as the working directory, for one scope.
+class FreshWorkingDirectory {
   public:
-    WorkingDirectory() : before_(open(".", O_RDONLY | O_DIRECTORY)) {
-        char name[] = "/tmp/qorutils_file_names_XXXXXX";
-        if (before_ < 0 || mkdtemp(name) == nullptr) throw std::runtime_error("no directory");
-        root_ = name;
-        Enter(root_);
-    }
-    ~WorkingDirectory() {
-        EXPECT_EQ(0, fchdir(before_));
-        close(before_);
-        if (!below_.empty()) rmdir(below_.c_str());
-        rmdir(root_.c_str());
-    }
-    WorkingDirectory(WorkingDirectory const&) = delete;
-    WorkingDirectory& operator=(WorkingDirectory const&) = delete;
-
     void MakeAndEnter(char const* name) {
-        below_ = root_ + "/" + name;
-        if (mkdir(below_.c_str(), 0700) != 0) throw std::runtime_error("mkdir");
-        Enter(below_);
+        directory_.MakeFolder(name);
+        if (chdir(directory_.Path(name).c_str()) != 0) throw std::runtime_error("chdir");
     }
-    void Remove() { ASSERT_EQ(0, rmdir(root_.c_str())); }
+    void Remove() const { directory_.Remove(""); }
 
     // As the system names it, widened as ASCII.
     static std::wstring Name() {
@@ -246,106 +229,80 @@ class WorkingDirectory {
     }
 
   private:
-    static void Enter(std::string const& name) {
-        if (chdir(name.c_str()) != 0) throw std::runtime_error("chdir");
-    }
-
-    int before_;
-    std::string root_;
-    std::string below_;
-};
-
-// An environment variable for one scope.
-class ScopedVariable {
-  public:
-    ScopedVariable(char const* name, char const* value) : name_(name) {
-        if (char const* const before = std::getenv(name)) before_ = before;
-        setenv(name, value, 1);
-    }
-    ~ScopedVariable() {
-        if (before_.empty())
-            unsetenv(name_);
-        else
-            setenv(name_, before_.c_str(), 1);
-    }
-    ScopedVariable(ScopedVariable const&) = delete;
-    ScopedVariable& operator=(ScopedVariable const&) = delete;
-
-  private:
-    char const* name_;
-    std::string before_;
+    TemporaryDirectory directory_;
+    WorkingDirectory const here_{directory_.Path("")};
 };
 
 TEST(GetAbsoluteFileName, PutsTheWorkingDirectoryInFrontOfRelativePaths) {
-    WorkingDirectory directory;
-    EXPECT_EQ(directory.Name() + L"/file.txt", Whole(GetAbsoluteFileName(L"file.txt")));
-    EXPECT_EQ(directory.Name() + L"/a/b", Whole(GetAbsoluteFileName(L"a/b")));
-    EXPECT_EQ(directory.Name() + L"/a/", Whole(GetAbsoluteFileName(L"a/")));
+    FreshWorkingDirectory directory;
+    EXPECT_EQ(directory.Name() + L"/file.txt", Content(GetAbsoluteFileName(L"file.txt")));
+    EXPECT_EQ(directory.Name() + L"/a/b", Content(GetAbsoluteFileName(L"a/b")));
+    EXPECT_EQ(directory.Name() + L"/a/", Content(GetAbsoluteFileName(L"a/")));
 }
 
 TEST(GetAbsoluteFileName, KeepsAbsolutePaths) {
     for (wchar_t const* path : {L"/", L"/file", L"/a/../b/./c", L"/no/such/directory/", L"//a//b"})
-        EXPECT_EQ(path, Whole(GetAbsoluteFileName(path)));
+        EXPECT_EQ(path, Content(GetAbsoluteFileName(path)));
 }
 
 TEST(GetAbsoluteFileName, KeepsDots) {
-    WorkingDirectory directory;
-    EXPECT_EQ(directory.Name() + L"/.", Whole(GetAbsoluteFileName(L".")));
-    EXPECT_EQ(directory.Name() + L"/..", Whole(GetAbsoluteFileName(L"..")));
-    EXPECT_EQ(directory.Name() + L"/./a/../b", Whole(GetAbsoluteFileName(L"./a/../b")));
+    FreshWorkingDirectory directory;
+    EXPECT_EQ(directory.Name() + L"/.", Content(GetAbsoluteFileName(L".")));
+    EXPECT_EQ(directory.Name() + L"/..", Content(GetAbsoluteFileName(L"..")));
+    EXPECT_EQ(directory.Name() + L"/./a/../b", Content(GetAbsoluteFileName(L"./a/../b")));
 }
 
 TEST(GetAbsoluteFileName, GivesTheWorkingDirectoryForAnEmptyPath) {
-    WorkingDirectory directory;
-    EXPECT_EQ(directory.Name(), Whole(GetAbsoluteFileName(L"")));
-    EXPECT_EQ(directory.Name(), Whole(GetAbsoluteFileName(String(L"\0file", 5))));
+    FreshWorkingDirectory directory;
+    EXPECT_EQ(directory.Name(), Content(GetAbsoluteFileName(L"")));
+    EXPECT_EQ(directory.Name(), Content(GetAbsoluteFileName(String(L"\0file", 5))));
 }
 
 TEST(GetAbsoluteFileName, TurnsBackslashesAfterwards) {
-    WorkingDirectory directory;
-    EXPECT_EQ(directory.Name() + L"/a/b.c", Whole(GetAbsoluteFileName(L"a\\b.c")));
-    EXPECT_EQ(L"/a/b", Whole(GetAbsoluteFileName(L"/a\\b")));
+    FreshWorkingDirectory directory;
+    EXPECT_EQ(directory.Name() + L"/a/b.c", Content(GetAbsoluteFileName(L"a\\b.c")));
+    EXPECT_EQ(L"/a/b", Content(GetAbsoluteFileName(L"/a\\b")));
     // On purpose: only '/' makes a path absolute.
-    EXPECT_EQ(directory.Name() + L"//a", Whole(GetAbsoluteFileName(L"\\a")));
-    EXPECT_EQ(directory.Name() + L"/C:/a", Whole(GetAbsoluteFileName(L"C:\\a")));
+    EXPECT_EQ(directory.Name() + L"//a", Content(GetAbsoluteFileName(L"\\a")));
+    EXPECT_EQ(directory.Name() + L"/C:/a", Content(GetAbsoluteFileName(L"C:\\a")));
 }
 
 TEST(GetAbsoluteFileName, TurnsBackslashesOfTheWorkingDirectoryToo) {
-    WorkingDirectory directory;
+    FreshWorkingDirectory directory;
     std::wstring const parent = directory.Name();
     directory.MakeAndEnter("back\\slash");
-    EXPECT_EQ(parent + L"/back/slash/file", Whole(GetAbsoluteFileName(L"file")));
+    EXPECT_EQ(parent + L"/back/slash/file", Content(GetAbsoluteFileName(L"file")));
 }
 
 TEST(GetAbsoluteFileName, ReadsThePathUpToItsFirstZero) {
-    WorkingDirectory directory;
-    EXPECT_EQ(directory.Name() + L"/a", Whole(GetAbsoluteFileName(String(L"a\0b", 3))));
-    EXPECT_EQ(L"/a", Whole(GetAbsoluteFileName(String(L"/a\0b", 4))));
+    FreshWorkingDirectory directory;
+    EXPECT_EQ(directory.Name() + L"/a", Content(GetAbsoluteFileName(String(L"a\0b", 3))));
+    EXPECT_EQ(L"/a", Content(GetAbsoluteFileName(String(L"/a\0b", 4))));
 }
 
 TEST(GetAbsoluteFileName, KeepsCharactersThatTheLocaleEncodes) {
     ScopedLocale locale("C.UTF-8");
-    WorkingDirectory directory;
+    FreshWorkingDirectory directory;
     std::wstring const parent = directory.Name();
     EXPECT_EQ(parent + L"/caf\u00E9/\u4E2D\U0001F600",
-              Whole(GetAbsoluteFileName(L"caf\u00E9/\u4E2D\U0001F600")));
-    EXPECT_EQ(L"/\u00FC", Whole(GetAbsoluteFileName(L"/\u00FC")));
+              Content(GetAbsoluteFileName(L"caf\u00E9/\u4E2D\U0001F600")));
+    EXPECT_EQ(L"/\u00FC", Content(GetAbsoluteFileName(L"/\u00FC")));
     directory.MakeAndEnter("caf\xC3\xA9");
-    EXPECT_EQ(parent + L"/caf\u00E9/\u00FC", Whole(GetAbsoluteFileName(L"\u00FC")));
-    EXPECT_EQ(parent + L"/caf\u00E9", Whole(GetAbsoluteFileName(L"")));
+    EXPECT_EQ(parent + L"/caf\u00E9/\u00FC", Content(GetAbsoluteFileName(L"\u00FC")));
+    EXPECT_EQ(parent + L"/caf\u00E9", Content(GetAbsoluteFileName(L"")));
 }
 
 TEST(GetAbsoluteFileName, IsEmptyForAPathThatTheLocaleCannotEncode) {
     {
         ScopedLocale locale("C");
-        EXPECT_EQ(L"", Whole(GetAbsoluteFileName(L"caf\u00E9")));
-        EXPECT_EQ(L"", Whole(GetAbsoluteFileName(L"/caf\u00E9/file")));
-        EXPECT_EQ(L"", Whole(GetAbsoluteFileName(L"\u4E2D")));
+        EXPECT_EQ(L"", Content(GetAbsoluteFileName(L"caf\u00E9")));
+        EXPECT_EQ(L"", Content(GetAbsoluteFileName(L"/caf\u00E9/file")));
+        EXPECT_EQ(L"", Content(GetAbsoluteFileName(L"\u4E2D")));
     }
     {
         ScopedLocale locale("C.UTF-8");
         wchar_t const noCharacter[] = {L'/', static_cast<wchar_t>(0xD800), 0};
-        EXPECT_EQ(L"", Whole(GetAbsoluteFileName(noCharacter)));
+        EXPECT_EQ(L"", Content(GetAbsoluteFileName(noCharacter)));
     }
 }
 
@@ -361,30 +318,30 @@ TEST(GetAbsoluteFileName, IsEmptyInAWorkingDirectoryThatTheLocaleCannotDecode) {
         {"C", "caf\xC3\xA9"},
     };
     for (auto const& c : cases) {
-        WorkingDirectory directory;
+        FreshWorkingDirectory directory;
         directory.MakeAndEnter(c.directory);
         ScopedLocale const locale(c.locale);
         for (wchar_t const* path : {L"file", L".", L"..", L"a\\b", L""})
-            EXPECT_EQ(L"", Whole(GetAbsoluteFileName(path))) << c.directory << " and " << path;
-        EXPECT_EQ(L"/a/b", Whole(GetAbsoluteFileName(L"/a\\b")));
+            EXPECT_EQ(L"", Content(GetAbsoluteFileName(path))) << c.directory << " and " << path;
+        EXPECT_EQ(L"/a/b", Content(GetAbsoluteFileName(L"/a\\b")));
     }
 }
 
 TEST(GetAbsoluteFileName, DoesNotCareForAMissingLocaleInTheEnvironment) {
     ScopedVariable variable("LC_ALL", "xx_XX.UTF-8");
     ScopedLocale locale("C.UTF-8");
-    WorkingDirectory directory;
-    EXPECT_EQ(directory.Name() + L"/caf\u00E9", Whole(GetAbsoluteFileName(L"caf\u00E9")));
-    EXPECT_EQ(L"/caf\u00E9", Whole(GetAbsoluteFileName(L"/caf\u00E9")));
+    FreshWorkingDirectory directory;
+    EXPECT_EQ(directory.Name() + L"/caf\u00E9", Content(GetAbsoluteFileName(L"caf\u00E9")));
+    EXPECT_EQ(L"/caf\u00E9", Content(GetAbsoluteFileName(L"/caf\u00E9")));
 }
 
 TEST(GetAbsoluteFileName, IsEmptyWithoutAWorkingDirectoryUnlessNoneIsNeeded) {
-    WorkingDirectory directory;
+    FreshWorkingDirectory directory;
     directory.Remove();
-    EXPECT_EQ(L"", Whole(GetAbsoluteFileName(L"file")));
-    EXPECT_EQ(L"", Whole(GetAbsoluteFileName(L".")));
-    EXPECT_EQ(L"", Whole(GetAbsoluteFileName(L"")));
-    EXPECT_EQ(L"/a/b", Whole(GetAbsoluteFileName(L"/a\\b")));
+    EXPECT_EQ(L"", Content(GetAbsoluteFileName(L"file")));
+    EXPECT_EQ(L"", Content(GetAbsoluteFileName(L".")));
+    EXPECT_EQ(L"", Content(GetAbsoluteFileName(L"")));
+    EXPECT_EQ(L"/a/b", Content(GetAbsoluteFileName(L"/a\\b")));
 }
 
 }  // namespace

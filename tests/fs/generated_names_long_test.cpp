@@ -2,16 +2,15 @@
 // finds something under every such name.
 #include <qorutils/fs/generated_names.h>
 
-#include <dlfcn.h>
 #include <sys/stat.h>
 
 #include <climits>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "support/next_in_line.h"
 #include "support/text_literal.h"
 
 namespace {
@@ -19,11 +18,10 @@ namespace {
 template <typename Status>
 int StatusOfAnyLength(char const* symbol, char const* path, Status* status) {
     using Function = int(char const*, Status*);
-    static void* const found = dlsym(RTLD_NEXT, symbol);
-    if (found == nullptr) std::abort();
+    static auto const next = NextInLine(static_cast<Function*>(nullptr), symbol);
     char const* const slash = std::strrchr(path, '/');
     bool const isTooLong = slash != nullptr && std::strlen(slash + 1) > NAME_MAX;
-    return reinterpret_cast<Function*>(found)(isTooLong ? "/" : path, status);
+    return next(isTooLong ? "/" : path, status);
 }
 
 }  // namespace

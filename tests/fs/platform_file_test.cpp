@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/descriptors.h"
 #include "support/guard_page.h"
 #include "support/platform_file_fixture.h"
 #include "support/temporary_directory.h"
@@ -259,12 +260,6 @@ TEST(DuplicatePlatformFileHandle, FailsWithOneErrorForAll) {
 }
 
 // The descriptor that the next open file will have.
-int NextDescriptor() {
-    int const file = open("/", O_RDONLY);
-    close(file);
-    return file;
-}
-
 // Lets the process have no more descriptors than it has.
 class NoDescriptors {
   public:

@@ -2,9 +2,6 @@
 
 #include <qorutils/fs/qor_ini_file.h>
 
-#include <fcntl.h>
-
-#include <cstdlib>
 #include <fstream>
 #include <new>
 #include <string>
@@ -12,52 +9,9 @@
 #include <gtest/gtest.h>
 
 #include "support/ini_settings.h"
+#include "support/refusing_heap.h"
 #include "support/scoped_locale.h"
 #include "support/temporary_directory.h"
-
-namespace {
-
-int untilRefusal = -1;  // so many more allocations succeed; -1: all do
-int liveBlocks = 0;
-int taken = 0;
-
-void* Take(std::size_t size) {
-    if (untilRefusal == 0) throw std::bad_alloc();
-    if (untilRefusal > 0) --untilRefusal;
-    void* const block = std::malloc(size == 0 ? 1 : size);
-    if (block == nullptr) throw std::bad_alloc();
-    ++liveBlocks;
-    ++taken;
-    return block;
-}
-
-// Not inlined: the compiler would take free() for a mistake of the caller.
-__attribute__((noinline)) void Give(void* block) noexcept {
-    if (block == nullptr) return;
-    --liveBlocks;
-    std::free(block);
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    return Take(size);
-}
-void* operator new[](std::size_t size) {
-    return Take(size);
-}
-void operator delete(void* block) noexcept {
-    Give(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-    Give(block);
-}
-void operator delete[](void* block) noexcept {
-    Give(block);
-}
-void operator delete[](void* block, std::size_t) noexcept {
-    Give(block);
-}
 
 namespace {
 
@@ -66,40 +20,11 @@ using qor::text_utils::eTextEncodingAnsi;
 using qor::text_utils::eTextEncodingUtf16LE;
 using qor_settings::CThreeTupleStore;
 
-int CountDescriptors() {
-    int count = 0;
-    for (int file = 0; file < 256; ++file) count += fcntl(file, F_GETFD) != -1;
-    return count;
-}
-
 int CountMappings(std::string const& path) {
     std::ifstream maps("/proc/self/maps");
     int count = 0;
     for (std::string line; std::getline(maps, line);) count += line.find(path) != std::string::npos;
     return count;
-}
-
-// Lets the first, the second, ... allocation of action fail, until it succeeds; calls afterEach()
-// after every failure. Returns how many allocations action needs.
-template <typename Action, typename AfterEach>
-int RefuseOneAfterTheOther(Action action, AfterEach afterEach) {
-    int const descriptors = CountDescriptors();
-    for (int allowed = 0;; ++allowed) {
-        int const blocks = liveBlocks;
-        bool refused = false;
-        untilRefusal = allowed;
-        try {
-            action();
-        } catch (std::bad_alloc const&) {
-            refused = true;
-        }
-        bool const succeeded = !refused && untilRefusal >= 0;
-        untilRefusal = -1;
-        EXPECT_EQ(blocks, liveBlocks) << "after " << allowed << " allocations";
-        EXPECT_EQ(descriptors, CountDescriptors()) << "after " << allowed << " allocations";
-        if (succeeded) return allowed;
-        afterEach();
-    }
 }
 
 TEST(ReadSettingsAsIni, GivesAllBackWhenMemoryRunsOut) {
@@ -129,13 +54,11 @@ TEST(WriteSettingsAsIni, GivesAllBackWhenMemoryRunsOut) {
         ToStore({{L"A", {{L"k", std::wstring(70000, L'\u20AC')}, {L"l", L"1"}}}});
     std::wstring const path = directory.WidePath("file");
     for (EQorTextEncoding const encoding : {eTextEncodingAnsi, eTextEncodingUtf16LE}) {
-        int const needed = RefuseOneAfterTheOther(
-            [&] {
-                // Without memory for the name there is no file; that is no exception.
-                if (!qor_settings::writeSettingsAsIni(path.c_str(), store, encoding))
-                    throw std::bad_alloc();
-            },
-            [] {});
+        int const needed = RefuseOneAfterTheOther([&] {
+            // Without memory for the name there is no file; that is no exception.
+            if (!qor_settings::writeSettingsAsIni(path.c_str(), store, encoding))
+                throw std::bad_alloc();
+        });
         EXPECT_GT(needed, 3);
     }
 }
@@ -152,9 +75,9 @@ std::string ManyKeys(int count) {
 int AllocationsToRead(std::wstring const& path) {
     CThreeTupleStore store;
     EQorTextEncoding encoding;
-    int const before = taken;
+    int const before = refusingHeap.taken;
     EXPECT_TRUE(qor_settings::readSettingsAsIni(path.c_str(), store, encoding));
-    return taken - before;
+    return refusingHeap.taken - before;
 }
 
 TEST(ReadSettingsAsIni, TakesThreeBlocksALine) {
@@ -177,9 +100,9 @@ TEST(WriteSettingsAsIni, TakesAsManyBlocksForManyKeysAsForFew) {
             for (int i = 0; i < (isMany != 0 ? 20000 : 10); ++i)
                 settings[L"A"][std::to_wstring(1000000 + i)] = L"value";
             CThreeTupleStore const store = ToStore(settings);
-            int const before = taken;
+            int const before = refusingHeap.taken;
             EXPECT_TRUE(qor_settings::writeSettingsAsIni(path.c_str(), store, encoding));
-            needed[isMany] = taken - before;
+            needed[isMany] = refusingHeap.taken - before;
         }
         EXPECT_EQ(needed[0], needed[1]);
     }

@@ -80,11 +80,11 @@ TEST(WriteSettingsAsIni, WritesRandomSettingsAsTheFormatSays) {
         ScopedLocale const locale(kLocales[i % 2]);
         CThreeTupleStore store;
         for (int section = random.Below(4); section > 0; --section) {
-            auto& added = store[ToString(random.Of(alphabet, random.Below(4)))];
-            added.name = ToString(random.Of(alphabet, random.Below(4)));
+            auto& added = store[Whole(random.Of(alphabet, random.Below(4)))];
+            added.name = Whole(random.Of(alphabet, random.Below(4)));
             for (int key = random.Below(5); key > 0; --key)
-                added.values[ToString(random.Of(alphabet, random.Below(4)))] =
-                    ToString(random.Of(alphabet, random.Below(i % 10 == 0 ? 20000 : 8)));
+                added.values[Whole(random.Of(alphabet, random.Below(4)))] =
+                    Whole(random.Of(alphabet, random.Below(i % 10 == 0 ? 20000 : 8)));
         }
         bool const isWide = i % 3 == 0;
         auto const sections = reference_ini::SectionsOf(store);

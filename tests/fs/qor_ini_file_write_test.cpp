@@ -86,9 +86,9 @@ TEST(WriteSettingsAsIni, EncodesEachPieceAsTheLocaleSays) {
 TEST(WriteSettingsAsIni, EndsEightBitPiecesAtAZeroAndKeepsItInWideOnes) {
     using namespace std::string_literals;
     CThreeTupleStore store;
-    store[L"A"].name = ToString(L"A\0B"s);
-    store[L"A"].values[ToString(L"k\0l"s)] = ToString(L"1\0002"s);
-    store[L"A"].values[L"z"] = ToString(L"\0x"s);
+    store[L"A"].name = Whole(L"A\0B"s);
+    store[L"A"].values[Whole(L"k\0l"s)] = Whole(L"1\0002"s);
+    store[L"A"].values[L"z"] = Whole(L"\0x"s);
     EXPECT_EQ("[A]\r\nk=1\r\nz=\r\n\r\n", Written(store));
     EXPECT_EQ(WideBytes(L"[A\0B]\r\nk\0l=1\0002\r\nz=\0x\r\n\r\n"s),
               Written(store, eTextEncodingUtf16LE));

@@ -4,7 +4,6 @@
 #include <qorutils/logging/trace.h>
 #include <qorutils/qorsys/qor_system.h>
 
-#include <dlfcn.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -20,6 +19,7 @@
 
 #include "qorutils/logging/main_logger_impl.h"
 #include "support/main_log.h"
+#include "support/next_in_line.h"
 #include "support/temporary_directory.h"
 
 namespace {
@@ -53,17 +53,12 @@ class Noted {
     Noted& operator=(Noted const&) = delete;
 };
 
-template <typename Function>
-Function* Real(Function*, char const* name) {
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
-
 }  // namespace
 
 extern "C" {
 
 __attribute__((visibility("default"))) ssize_t write(int file, void const* data, size_t size) {
-    if (!calls.active) return Real(write, "write")(file, data, size);
+    if (!calls.active) return NextInLine(write, "write")(file, data, size);
     calls.written.emplace_back(static_cast<char const*>(data), size);
     if (calls.writeError == 0) return static_cast<ssize_t>(size);
     errno = calls.writeError;
@@ -71,13 +66,13 @@ __attribute__((visibility("default"))) ssize_t write(int file, void const* data,
 }
 
 __attribute__((visibility("default"))) int fsync(int file) {
-    if (!calls.active) return Real(fsync, "fsync")(file);
+    if (!calls.active) return NextInLine(fsync, "fsync")(file);
     ++calls.syncs;
     return 0;
 }
 
 __attribute__((visibility("default"))) int isatty(int file) noexcept {
-    if (!calls.active) return Real(isatty, "isatty")(file);
+    if (!calls.active) return NextInLine(isatty, "isatty")(file);
     EXPECT_EQ(STDOUT_FILENO, file);
     ++calls.terminalTests;
     if (!calls.isTerminal) errno = ENOTTY;
@@ -85,17 +80,17 @@ __attribute__((visibility("default"))) int isatty(int file) noexcept {
 }
 
 __attribute__((visibility("default"))) int clock_gettime(clockid_t clock, timespec* now) noexcept {
-    if (!calls.active) return Real(clock_gettime, "clock_gettime")(clock, now);
+    if (!calls.active) return NextInLine(clock_gettime, "clock_gettime")(clock, now);
     EXPECT_EQ(CLOCK_MONOTONIC, clock);
     ++calls.clocks;
-    if (calls.milliseconds < 0) return Real(clock_gettime, "clock_gettime")(clock, now);
+    if (calls.milliseconds < 0) return NextInLine(clock_gettime, "clock_gettime")(clock, now);
     now->tv_sec = static_cast<time_t>(calls.milliseconds / 1000);
     now->tv_nsec = static_cast<long>(calls.milliseconds % 1000 * 1000000);
     return calls.clockFails ? -1 : 0;
 }
 
 __attribute__((visibility("default"))) int nanosleep(timespec const* time, timespec* rest) {
-    if (!calls.active) return Real(nanosleep, "nanosleep")(time, rest);
+    if (!calls.active) return NextInLine(nanosleep, "nanosleep")(time, rest);
     calls.slept.push_back(*time);
     return 0;
 }

@@ -1,6 +1,5 @@
 // Many threads, many programs, and programs that are killed. Takes a while.
 
-#include <qorutils/appdirs/module_file_name.h>
 #include <qorutils/logging/main_logger.h>
 #include <qorutils/logging/trace.h>
 
@@ -20,6 +19,7 @@
 #include <gtest/gtest.h>
 
 #include "support/main_log.h"
+#include "support/module_name.h"
 #include "support/own_process.h"
 #include "support/temporary_directory.h"
 
@@ -209,12 +209,6 @@ TEST(AKilledProgram, LeavesEveryLineWhoseCallReturned) {
     }
 }
 
-std::wstring moduleName;
-
-void NameModule(wchar_t* buffer, int size) {
-    std::wcsncpy(buffer, moduleName.c_str(), static_cast<std::size_t>(size));
-}
-
 constexpr int kPrograms = 10;
 constexpr int kProgramLines = 500;
 
@@ -223,8 +217,7 @@ pid_t StartProgram(std::wstring const& name, int thread) {
     pid_t const child = fork();
     if (child != 0) return child;
     alarm(60);
-    moduleName = name;
-    qor_appdirs::SetModuleFileNameHook(NameModule);
+    NameModule(name);
     for (int number = 0; number < kProgramLines; ++number) WriteNumbered(thread, number);
     std::exit(EXIT_SUCCESS);
 }

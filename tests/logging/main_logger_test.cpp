@@ -2,7 +2,6 @@
 // own, and the program starts without a log.
 
 #include <qorutils/appdirs/app_dirs.h>
-#include <qorutils/appdirs/module_file_name.h>
 #include <qorutils/logging/main_logger.h>
 #include <qorutils/logging/trace.h>
 
@@ -21,6 +20,7 @@
 #include <gtest/gtest.h>
 
 #include "support/main_log.h"
+#include "support/module_name.h"
 #include "support/own_process.h"
 #include "support/temporary_directory.h"
 
@@ -30,19 +30,12 @@ using namespace qor_logging;  // NOLINT(google-build-using-namespace): a user's 
 
 using Messages = std::vector<std::string>;
 
-std::wstring moduleName;
-
-void NameModule(wchar_t* buffer, int size) {
-    std::wcsncpy(buffer, moduleName.c_str(), static_cast<std::size_t>(size));
-}
-
 // In a process whose temporary directory and module file name are these.
 template <typename Action>
 std::string InProgram(std::string const& temporary, std::wstring const& module, Action action) {
     return InOwnProcess([&](std::ostream& say) {
         setenv("TMPDIR", temporary.c_str(), 1);
-        moduleName = module;
-        qor_appdirs::SetModuleFileNameHook(NameModule);
+        NameModule(module);
         action(say);
     });
 }

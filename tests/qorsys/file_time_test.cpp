@@ -8,8 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include "support/descriptors.h"
 #include "support/scoped_locale.h"
 #include "support/temporary_directory.h"
+#include "support/ticks.h"
 
 namespace {
 
@@ -17,15 +19,6 @@ using namespace qor::file_time;
 using String = qor_text::CQorStringT<wchar_t>;
 
 constexpr std::uint64_t kTicksAt1970 = 0x019DB1DED53E8000u;
-
-FILETIME FromTicks(std::uint64_t ticks) {
-    return {static_cast<std::uint32_t>(ticks & 0xFFFFFFFFu),
-            static_cast<std::uint32_t>(ticks >> 32)};
-}
-
-std::uint64_t Ticks(FILETIME const& ft) {
-    return std::uint64_t{ft.dwHighDateTime} << 32 | ft.dwLowDateTime;
-}
 
 TEST(ConvertAndFormatFileTime, PutsTheMonthFirst) {
     struct {
@@ -119,12 +112,6 @@ TEST(QorGetFileTimes, FailsForAPathThatTheLocaleCannotEncode) {
 }
 
 // The descriptor that the next open file will have.
-int NextDescriptor() {
-    int const file = open("/", O_RDONLY);
-    close(file);
-    return file;
-}
-
 TEST(QorGetFileTimes, ClosesWhatItOpened) {
     TemporaryDirectory directory;
     directory.MakeFile("small", "");

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/ticks.h"
+
 bool operator==(SYSTEMTIME const& a, SYSTEMTIME const& b) {
     return a.wYear == b.wYear && a.wMonth == b.wMonth && a.wDayOfWeek == b.wDayOfWeek &&
            a.wDay == b.wDay && a.wHour == b.wHour && a.wMinute == b.wMinute &&
@@ -34,15 +36,6 @@ static_assert(offsetof(SYSTEMTIME, wHour) == 8, "");
 static_assert(offsetof(SYSTEMTIME, wMinute) == 10, "");
 static_assert(offsetof(SYSTEMTIME, wSecond) == 12, "");
 static_assert(offsetof(SYSTEMTIME, wMilliseconds) == 14, "");
-
-FILETIME FromTicks(std::uint64_t ticks) {
-    return {static_cast<std::uint32_t>(ticks & 0xFFFFFFFFu),
-            static_cast<std::uint32_t>(ticks >> 32)};
-}
-
-std::uint64_t Ticks(FILETIME const& ft) {
-    return std::uint64_t{ft.dwHighDateTime} << 32 | ft.dwLowDateTime;
-}
 
 SYSTEMTIME Calendar(std::uint64_t ticks) {
     FILETIME const ft = FromTicks(ticks);

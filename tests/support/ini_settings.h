@@ -10,24 +10,17 @@
 #include <qorutils/fs/qor_ini_file.h>
 
 #include "support/temporary_directory.h"
+#include "support/text_literal.h"
 
 using SettingsMap = std::map<std::wstring, std::map<std::wstring, std::wstring>>;
-
-inline qor_text::CQorStringT<wchar_t> ToString(std::wstring const& text) {
-    return {text.c_str(), static_cast<int>(text.size())};
-}
-
-inline std::wstring ToStandard(qor_text::CQorStringT<wchar_t> const& text) {
-    return {text.begin(), text.end()};
-}
 
 inline qor_settings::CThreeTupleStore ToStore(SettingsMap const& settings) {
     qor_settings::CThreeTupleStore store;
     for (auto const& section : settings) {
-        auto& stored = store[ToString(section.first)];
-        stored.name = ToString(section.first);
+        auto& stored = store[Whole(section.first)];
+        stored.name = Whole(section.first);
         for (auto const& setting : section.second)
-            stored.values[ToString(setting.first)] = ToString(setting.second);
+            stored.values[Whole(setting.first)] = Whole(setting.second);
     }
     return store;
 }
@@ -36,10 +29,10 @@ inline qor_settings::CThreeTupleStore ToStore(SettingsMap const& settings) {
 inline SettingsMap FromStore(qor_settings::CThreeTupleStore const& store) {
     SettingsMap settings;
     for (auto const& section : store) {
-        auto& values = settings[ToStandard(section.first)];
-        EXPECT_EQ(ToStandard(section.first), ToStandard(section.second.name));
+        auto& values = settings[Content(section.first)];
+        EXPECT_EQ(Content(section.first), Content(section.second.name));
         for (auto const& setting : section.second.values)
-            values[ToStandard(setting.first)] = ToStandard(setting.second);
+            values[Content(setting.first)] = Content(setting.second);
     }
     return settings;
 }

@@ -1,13 +1,12 @@
 #include "support/made_encoding.h"
 
-#include <dlfcn.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
-#include <cstdlib>
 #include <cwchar>
 #include <string>
+
+#include "support/next_in_line.h"
 
 namespace {
 
@@ -67,13 +66,6 @@ std::size_t Store(Text const& text, Char* to, std::size_t limit) {
     std::copy_n(text.begin(), stored, to);
     if (stored < limit) to[stored] = Char();
     return stored;
-}
-
-template <typename Function>
-Function* NextInLine(Function*, char const* name) {
-    void* const found = dlsym(RTLD_NEXT, name);
-    if (found == nullptr) std::abort();
-    return reinterpret_cast<Function*>(found);
 }
 
 }  // namespace

@@ -50,6 +50,7 @@ class PlatformFile : public testing::Test {
 
     TemporaryDirectory directory_;
 };
+
 // The first bytes of the file, at most `size`, read into memory that ends at a guard page.
 inline std::string Read(int file, unsigned int size) {
     GuardedArray<char> bytes(size);

@@ -150,6 +150,10 @@ inline __mbstate_t StateAfter(std::string const& seen) {
     return state;
 }
 
+inline bool IsSame(__mbstate_t const& a, __mbstate_t const& b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
 }  // namespace reference_utf8
 
 #endif  // QORUTILS_TESTS_SUPPORT_REFERENCE_UTF8_H_

@@ -3,19 +3,20 @@
 #ifndef QORUTILS_TESTS_SUPPORT_REFUSING_HEAP_H_
 #define QORUTILS_TESTS_SUPPORT_REFUSING_HEAP_H_
 
-#include <fcntl.h>
-
 #include <cstddef>
 #include <cstdlib>
 #include <new>
 
 #include <gtest/gtest.h>
 
+#include "support/descriptors.h"
+
 namespace {
 
 struct RefusingHeap {
     int untilRefusal = -1;  // so many more allocations succeed; -1: all do
     int blocks = 0;         // that live
+    int taken = 0;          // so far
 } refusingHeap;
 
 void* TakeOrRefuse(std::size_t size) {
@@ -24,6 +25,7 @@ void* TakeOrRefuse(std::size_t size) {
     void* const block = std::malloc(size == 0 ? 1 : size);
     if (block == nullptr) throw std::bad_alloc();
     ++refusingHeap.blocks;
+    ++refusingHeap.taken;
     return block;
 }
 
@@ -57,17 +59,11 @@ void operator delete[](void* block, std::size_t) noexcept {
 
 namespace {
 
-int CountDescriptors() {
-    int count = 0;
-    for (int file = 0; file < 256; ++file) count += fcntl(file, F_GETFD) != -1;
-    return count;
-}
-
 // Runs action with memory for no allocation, for one, for two, ... until it throws no
-// std::bad_alloc; each time, blocks and descriptors must be as many as before. Returns how many
-// allocations action needs.
-template <typename Action>
-int RefuseOneAfterTheOther(Action action) {
+// std::bad_alloc; each time, blocks and descriptors must be as many as before, and afterEach() is
+// called. Returns how many allocations action needs.
+template <typename Action, typename AfterEach>
+int RefuseOneAfterTheOther(Action action, AfterEach afterEach) {
     int const descriptors = CountDescriptors();
     for (int allowed = 0;; ++allowed) {
         int const blocks = refusingHeap.blocks;
@@ -81,8 +77,14 @@ int RefuseOneAfterTheOther(Action action) {
         refusingHeap.untilRefusal = -1;
         EXPECT_EQ(blocks, refusingHeap.blocks) << "after " << allowed << " allocations";
         EXPECT_EQ(descriptors, CountDescriptors()) << "after " << allowed << " allocations";
+        afterEach();
         if (!isRefused) return allowed;
     }
+}
+
+template <typename Action>
+int RefuseOneAfterTheOther(Action action) {
+    return RefuseOneAfterTheOther(action, [] {});
 }
 
 }  // namespace

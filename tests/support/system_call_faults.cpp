@@ -1,7 +1,6 @@
 #include "support/system_call_faults.h"
 
 #include <dirent.h>
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -10,7 +9,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
-#include <cstdlib>
+
+#include "support/next_in_line.h"
 
 namespace {
 
@@ -36,13 +36,6 @@ bool Fails(SystemCall call) {
     return true;
 }
 
-template <typename Function>
-Function* NextInLine(Function*, char const* name) {
-    void* const found = dlsym(RTLD_NEXT, name);
-    if (found == nullptr) std::abort();
-    return reinterpret_cast<Function*>(found);
-}
-
 }  // namespace
 
 SystemCallFault::SystemCallFault(SystemCall call, int error, int times, int skipped) : call_(call) {
@@ -66,14 +59,6 @@ ShortTransfers::ShortTransfers(std::size_t size) {
 
 ShortTransfers::~ShortTransfers() {
     longestTransfer = std::numeric_limits<std::size_t>::max();
-}
-
-int CountDescriptors() {
-    int count = 0;
-    for (int file = 0; file < 1024; ++file) {
-        if (fcntl(file, F_GETFD) != -1) ++count;
-    }
-    return count;
 }
 
 // The C library's own function behind the one that stands before it here.

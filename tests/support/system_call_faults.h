@@ -58,7 +58,4 @@ class ShortTransfers {
     ShortTransfers& operator=(ShortTransfers const&) = delete;
 };
 
-// The open descriptors of this process.
-int CountDescriptors();
-
 #endif  // QORUTILS_TESTS_SUPPORT_SYSTEM_CALL_FAULTS_H_

@@ -43,6 +43,12 @@ std::basic_string<T> Content(qor_text::CQorStringT<T> const& s) {
     return std::basic_string<T>(s.begin(), s.end());
 }
 
+// The other way round.
+template <typename T>
+qor_text::CQorStringT<T> Whole(std::basic_string<T> const& text) {
+    return qor_text::CQorStringT<T>(text.data(), static_cast<int>(text.size()));
+}
+
 template <typename T>
 bool IsTerminated(qor_text::CQorStringT<T> const& s) {
     return s.c_str()[s.GetLength()] == T();

@@ -11,6 +11,7 @@
 
 #include "support/guard_page.h"
 #include "support/scoped_locale.h"
+#include "support/text_literal.h"
 
 namespace {
 
@@ -18,14 +19,9 @@ using qor_text::CQorStringT;
 using qor_text::qor_printf;
 using qor_text::detail::qor_safefmt_impl;
 
-// As std::wstring, which GoogleTest prints, and with zeros inside compared.
-std::wstring Whole(CQorStringT<wchar_t> const& s) {
-    return std::wstring(s.c_str(), static_cast<std::size_t>(s.GetLength()));
-}
-
 template <typename... Texts>
 std::wstring Fill(wchar_t const* fmt, Texts... texts) {
-    return Whole(qor_safefmt_impl(fmt, sizeof...(texts), texts...));
+    return Content(qor_safefmt_impl(fmt, sizeof...(texts), texts...));
 }
 
 template <std::size_t N, std::size_t... I>
@@ -213,8 +209,8 @@ TEST(QorSafefmtImpl, RefusesAHundredAndOneArgumentsWithoutReadingTheFormat) {
     EXPECT_EQ(L"", FillFrom(L"text", texts));
     Unreadable const unreadable;
     EXPECT_EQ(L"", FillFrom(unreadable.text(), texts));
-    EXPECT_EQ(L"", Whole(qor_safefmt_impl(unreadable.text(), 101)));
-    EXPECT_EQ(L"", Whole(qor_safefmt_impl(unreadable.text(), 4294967295u)));
+    EXPECT_EQ(L"", Content(qor_safefmt_impl(unreadable.text(), 101)));
+    EXPECT_EQ(L"", Content(qor_safefmt_impl(unreadable.text(), 4294967295u)));
 }
 
 TEST(QorSafefmtImpl, DoesNotReadArgumentsThatAreNotNamed) {
@@ -225,8 +221,8 @@ TEST(QorSafefmtImpl, DoesNotReadArgumentsThatAreNotNamed) {
 
 TEST(QorSafefmtImpl, DoesNotReadArgumentsBeyondCount) {
     Unreadable const unreadable;
-    EXPECT_EQ(L"", Whole(qor_safefmt_impl(L"{2}", 1, L"a", unreadable.text())));
-    EXPECT_EQ(L"", Whole(qor_safefmt_impl(L"{1}", 0, unreadable.text())));
+    EXPECT_EQ(L"", Content(qor_safefmt_impl(L"{2}", 1, L"a", unreadable.text())));
+    EXPECT_EQ(L"", Content(qor_safefmt_impl(L"{1}", 0, unreadable.text())));
 }
 
 TEST(QorSafefmtImpl, StopsAtTheTerminatorOfFormatAndArguments) {
@@ -262,14 +258,14 @@ TEST(QorSafefmtImpl, ReturnsAPrivateTerminatedString) {
     EXPECT_EQ(3, filled.GetLength());
     EXPECT_EQ(L'\0', filled.c_str()[3]);
     filled += L"!";
-    EXPECT_EQ(L"<a>!", Whole(filled));
+    EXPECT_EQ(L"<a>!", Content(filled));
 }
 
 TEST(QorPrintf, FormatsIntoANewString) {
-    EXPECT_EQ(L"page-7 0x2a", Whole(qor_printf(L"%ls-%d 0x%x", L"page", 7, 42u)));
-    EXPECT_EQ(L"no arguments", Whole(qor_printf(L"no arguments")));
-    EXPECT_EQ(L"100%", Whole(qor_printf<wchar_t>(L"%d%%", 100)));
-    EXPECT_EQ(L"", Whole(qor_printf(L"")));
+    EXPECT_EQ(L"page-7 0x2a", Content(qor_printf(L"%ls-%d 0x%x", L"page", 7, 42u)));
+    EXPECT_EQ(L"no arguments", Content(qor_printf(L"no arguments")));
+    EXPECT_EQ(L"100%", Content(qor_printf<wchar_t>(L"%d%%", 100)));
+    EXPECT_EQ(L"", Content(qor_printf(L"")));
 }
 
 TEST(QorPrintf, ReturnsWideStringsByValue) {
@@ -277,26 +273,26 @@ TEST(QorPrintf, ReturnsWideStringsByValue) {
 }
 
 TEST(QorPrintf, IsEmptyForANullFormat) {
-    EXPECT_EQ(L"", Whole(qor_printf(kNull)));
+    EXPECT_EQ(L"", Content(qor_printf(kNull)));
 }
 
 TEST(QorPrintf, IsEmptyFrom2048CharactersOn) {
     std::wstring const longest(2047, L'x');
-    EXPECT_EQ(longest, Whole(qor_printf(L"%ls", longest.c_str())));
-    EXPECT_EQ(longest, Whole(qor_printf(L"%2047ls", longest.c_str())));
-    EXPECT_EQ(L"", Whole(qor_printf(L"%ls!", longest.c_str())));
-    EXPECT_EQ(L"", Whole(qor_printf(L"%2048d", 1)));
-    EXPECT_EQ(L"", Whole(qor_printf(L"%100000d", 1)));
+    EXPECT_EQ(longest, Content(qor_printf(L"%ls", longest.c_str())));
+    EXPECT_EQ(longest, Content(qor_printf(L"%2047ls", longest.c_str())));
+    EXPECT_EQ(L"", Content(qor_printf(L"%ls!", longest.c_str())));
+    EXPECT_EQ(L"", Content(qor_printf(L"%2048d", 1)));
+    EXPECT_EQ(L"", Content(qor_printf(L"%100000d", 1)));
 }
 
 TEST(QorPrintf, IsEmptyForWhatCannotBeFormatted) {
     ScopedLocale locale("C.UTF-8");
-    EXPECT_EQ(L"caf\u00E9", Whole(qor_printf(L"%s", "caf\xC3\xA9")));
-    EXPECT_EQ(L"", Whole(qor_printf(L"text %s", "caf\xE9")));
+    EXPECT_EQ(L"caf\u00E9", Content(qor_printf(L"%s", "caf\xC3\xA9")));
+    EXPECT_EQ(L"", Content(qor_printf(L"text %s", "caf\xE9")));
 }
 
 TEST(QorPrintf, KeepsAZeroCharacterAmongTheText) {
-    EXPECT_EQ(std::wstring(L"a\0b", 3), Whole(qor_printf(L"a%cb", 0)));
+    EXPECT_EQ(std::wstring(L"a\0b", 3), Content(qor_printf(L"a%cb", 0)));
 }
 
 }  // namespace

@@ -253,10 +253,6 @@ bool IsClear(__mbstate_t const& state) {
     return std::memcmp(&clear, &state, sizeof clear) == 0;
 }
 
-bool IsSame(__mbstate_t const& a, __mbstate_t const& b) {
-    return std::memcmp(&a, &b, sizeof a) == 0;
-}
-
 // Decodes `rest`, terminated, after `seen`; counts it first.
 void ExpectResumed(std::string const& seen, std::string const& rest, std::size_t n) {
     SCOPED_TRACE(InHex(seen) + "| " + InHex(rest) + "into " + std::to_string(n));
@@ -270,7 +266,7 @@ void ExpectResumed(std::string const& seen, std::string const& rest, std::size_t
     EXPECT_EQ(count, do_mbsrtowcs(nullptr, &src, 0, &state));
     EXPECT_EQ(count == kFailed ? EILSEQ : kErrnoBefore, errno);
     EXPECT_EQ(source.data(), src);
-    EXPECT_TRUE(IsSame(before, state));
+    EXPECT_TRUE(reference_utf8::IsSame(before, state));
 
     GuardedArray<wchar_t> room(std::wstring(n, Direction<char>::Fill()).data(), n);
     auto const expected = reference_utf8::ConvertString(rest, n, Direction<char>::Fill(), seen);
@@ -404,7 +400,7 @@ TEST(DoMbsrtowcs, KeepsTheStateWithoutRoomForTheCharacter) {
     GuardedArray<wchar_t> noRoom(0);
     EXPECT_EQ(0u, do_mbsrtowcs(noRoom.data(), &src, 0, &state));
     EXPECT_EQ(text, src);
-    EXPECT_TRUE(IsSame(before, state));
+    EXPECT_TRUE(reference_utf8::IsSame(before, state));
 }
 
 TEST(DoMbsrtowcs, ReadsNothingBehindTheCompletedCharacterThatUsesUpTheRoom) {
