@@ -9,6 +9,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
+#include <cstdlib>
 #include <random>
 #include <string>
 
@@ -19,6 +20,12 @@ void Case(std::string const& group, char const* subject, Body body) {
                                  [body](benchmark::State& state) mutable {
                                      for (auto _ : state) benchmark::DoNotOptimize(body());
                                  });
+}
+
+// Where files go: TMPDIR, or else memory, as waiting for a disk would hide all else.
+inline std::string FolderForFiles() {
+    char const* const folder = std::getenv("TMPDIR");
+    return folder != nullptr ? folder : "/dev/shm";
 }
 
 inline std::string SizeName(std::size_t size) {

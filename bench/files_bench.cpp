@@ -1,7 +1,6 @@
 // Listing, copying and removing folders.
 //
-// The folders lie in TMPDIR, or else in /dev/shm: on a disk, waiting for it would hide all else, as
-// Boost has every copied file written through.
+// Boost has every copied file written through: on a disk, copying is mostly waiting for it.
 
 #include <qorutils/fs/dir_trees.h>
 #include <qorutils/fs/file_enumerator.h>
@@ -46,8 +45,7 @@ constexpr int kFilesPerFolder = 100;
 class Workspace {
   public:
     Workspace() {
-        char const* const parent = std::getenv("TMPDIR");
-        path_ = std::string(parent != nullptr ? parent : "/dev/shm") + "/files_bench_XXXXXX";
+        path_ = FolderForFiles() + "/files_bench_XXXXXX";
         if (mkdtemp(&path_[0]) == nullptr) throw std::runtime_error("no temporary directory");
     }
     ~Workspace() { std::filesystem::remove_all(path_); }

@@ -76,7 +76,7 @@ std::vector<Setting> MakeSettings(int count, Order order) {
 // A file that lives as long as the object.
 class File {
   public:
-    explicit File(std::string const& name) : path_("/tmp/ini_file_bench_" + name) {}
+    explicit File(std::string const& name) : path_(FolderForFiles() + "/ini_file_bench_" + name) {}
     File(std::string const& name, std::vector<Setting> const& settings) : File(name) {
         std::ofstream file(path_);
         std::string section;

@@ -51,10 +51,9 @@ namespace {
 class LogDirectory {
   public:
     LogDirectory() {
-        char path[] = "/tmp/qorutils_bench_XXXXXX";
-        if (mkdtemp(path) == nullptr) throw std::runtime_error("no temporary directory");
-        path_ = path;
-        setenv("TMPDIR", path, 1);
+        path_ = FolderForFiles() + "/logging_bench_XXXXXX";
+        if (mkdtemp(&path_[0]) == nullptr) throw std::runtime_error("no temporary directory");
+        setenv("TMPDIR", path_.c_str(), 1);
     }
     ~LogDirectory() { nftw(path_.c_str(), RemoveEntry, 8, FTW_DEPTH | FTW_PHYS); }
     LogDirectory(LogDirectory const&) = delete;

@@ -3,7 +3,6 @@
 #include <qorutils/text/qor_string.h>
 #include <strings.h>
 
-#include <algorithm>
 #include <cctype>
 #include <cwctype>
 
@@ -110,10 +109,7 @@ void RegisterReplaces(std::string const& type, std::size_t size) {
 }
 
 template <typename T>
-void RegisterEdits(std::string const& type, std::size_t size) {
-    auto const text = Words<std::basic_string<T>>(size);
-    std::string const in = "/" + type + "/" + SizeName(size);
-
+void RegisterTrim(std::string const& in, std::basic_string<T> const& text) {
     auto const spaces = Literal<T>("        ");
     auto const padded = spaces + text + spaces;
     Case("Trim" + in, "qorutils", [padded] {
@@ -127,7 +123,10 @@ void RegisterEdits(std::string const& type, std::size_t size) {
         line.erase(0, line.find_first_not_of(T(' ')));
         return line;
     });
+}
 
+template <typename T>
+void RegisterTokenize(std::string const& in, std::basic_string<T> const& text) {
     qor_text::CQorStringT<T> const qor(text.c_str());
     auto const delimiters = Literal<T>(" ,");
     Case("Tokenize" + in, "qorutils", [qor, delimiters] {
@@ -148,7 +147,11 @@ void RegisterEdits(std::string const& type, std::size_t size) {
         }
         return length;
     });
+}
 
+template <typename T>
+void RegisterCaseFolding(std::string const& in, std::basic_string<T> const& text) {
+    qor_text::CQorStringT<T> const qor(text.c_str());
     Case("MakeUpper" + in, "qorutils", [qor] {
         qor_text::CQorStringT<T> folded(qor);
         folded.MakeUpper();
@@ -164,6 +167,15 @@ void RegisterEdits(std::string const& type, std::size_t size) {
     upper.MakeUpper();
     Case("CompareNoCase" + in, "qorutils", [qor, upper] { return qor.CompareNoCase(upper); });
     Case("CompareNoCase" + in, "C library", [qor, upper] { return NoCase(qor, upper); });
+}
+
+template <typename T>
+void RegisterEdits(std::string const& type, std::size_t size) {
+    auto const text = Words<std::basic_string<T>>(size);
+    std::string const in = "/" + type + "/" + SizeName(size);
+    RegisterTrim(in, text);
+    RegisterTokenize(in, text);
+    RegisterCaseFolding(in, text);
 }
 
 void RegisterFormats() {

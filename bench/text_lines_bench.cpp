@@ -118,6 +118,37 @@ std::size_t ReadByteByByte(LineFile const& lines) {
     return bytes;
 }
 
+void Widen(char const* text, std::size_t length, std::wstring* wide) {
+    wide->resize(length);
+    std::transform(text, text + length, wide->begin(),
+                   [](char c) { return static_cast<wchar_t>(static_cast<unsigned char>(c)); });
+}
+
+std::size_t ReadByGetline(LineFile const& lines) {
+    std::ifstream file(lines.path(), std::ios::binary);
+    std::string line;
+    std::wstring wide;
+    std::size_t characters = 0;
+    while (std::getline(file, line)) {
+        Widen(line.data(), line.size(), &wide);
+        characters += wide.size();
+    }
+    return characters;
+}
+
+std::size_t ReadByFgets(LineFile const& lines) {
+    std::FILE* const file = std::fopen(lines.path(), "rb");
+    static char line[1 << 15];
+    std::wstring wide;
+    std::size_t characters = 0;
+    while (std::fgets(line, sizeof line, file) != nullptr) {
+        Widen(line, std::char_traits<char>::length(line), &wide);
+        characters += wide.size();
+    }
+    std::fclose(file);
+    return characters;
+}
+
 void RegisterReading(std::size_t lineLength) {
     static LineFile const shortLines(80);
     static LineFile const longLines(20000);
@@ -136,36 +167,8 @@ void RegisterReading(std::size_t lineLength) {
     Case(group, "floor: read, seek", [&lines] { return ReadBlocksAndSeek(lines); });
     Case(group, "floor: seek, read, seek", [&lines] { return ReadBlocksBetweenSeeks(lines); });
     Case(group, "floor byte by byte", [&lines] { return ReadByteByByte(lines); });
-    Case(group, "std::getline", [&lines] {
-        std::ifstream file(lines.path(), std::ios::binary);
-        std::string line;
-        std::wstring wide;
-        std::size_t characters = 0;
-        while (std::getline(file, line)) {
-            wide.resize(line.size());
-            std::transform(line.begin(), line.end(), wide.begin(), [](char c) {
-                return static_cast<wchar_t>(static_cast<unsigned char>(c));
-            });
-            characters += wide.size();
-        }
-        return characters;
-    });
-    Case(group, "fgets", [&lines] {
-        std::FILE* const file = std::fopen(lines.path(), "rb");
-        static char line[1 << 15];
-        std::wstring wide;
-        std::size_t characters = 0;
-        while (std::fgets(line, sizeof line, file) != nullptr) {
-            std::size_t const length = std::char_traits<char>::length(line);
-            wide.resize(length);
-            std::transform(line, line + length, wide.begin(), [](char c) {
-                return static_cast<wchar_t>(static_cast<unsigned char>(c));
-            });
-            characters += length;
-        }
-        std::fclose(file);
-        return characters;
-    });
+    Case(group, "std::getline", [&lines] { return ReadByGetline(lines); });
+    Case(group, "fgets", [&lines] { return ReadByFgets(lines); });
 #ifdef QORUTILS_BENCH_QT
     Case(group, "QTextStream", [&lines] {
         QFile file(QString::fromLatin1(lines.path()));

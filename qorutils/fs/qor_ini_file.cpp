@@ -5,6 +5,7 @@
 #include <cwctype>
 #include <iterator>
 #include <memory>
+#include <utility>
 
 #include "qorutils/fs/ini_file_reader.h"
 #include "qorutils/fs/ini_file_writer.h"

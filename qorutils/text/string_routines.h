@@ -8,7 +8,6 @@
 
 #include <cstdarg>
 #include <cstddef>
-#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <cwchar>

@@ -1,7 +1,6 @@
 // DIRINFO_PATH is the built program; the build defines it.
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <string>
 #include <vector>

@@ -4,10 +4,8 @@
 
 #include <cerrno>
 #include <climits>
-#include <cwchar>
 #include <random>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,5 @@
 #include <qorutils/formats/qor_array.h>
 
-#include <new>
-#include <string>
 #include <type_traits>
 
 #include <gtest/gtest.h>

@@ -1,7 +1,6 @@
 #include <qorutils/formats/time_text.h>
 
 #include <cstdint>
-#include <cwchar>
 #include <limits>
 #include <ostream>
 #include <random>

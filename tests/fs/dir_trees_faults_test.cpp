@@ -2,7 +2,6 @@
 
 #include <boost/filesystem/operations.hpp>
 #include <cerrno>
-#include <string>
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,7 @@
 
 #include <qorutils/fs/file_enumerator.h>
 
+#include <new>
 #include <string>
 
 #include <gtest/gtest.h>

@@ -1,7 +1,6 @@
 #include <qorutils/fs/file_enumerator.h>
 
 #include <cerrno>
-#include <cstring>
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,6 @@
 #include <qorutils/fs/file_funcs.h>
 
 #include <cerrno>
-#include <string>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
 #include <qorutils/fs/file_funcs.h>
 
-#include <cwchar>
 #include <string>
 
 #include <gtest/gtest.h>

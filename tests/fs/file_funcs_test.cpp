@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cwchar>
 #include <set>
 #include <stdexcept>
 #include <string>

@@ -1,7 +1,6 @@
 #include <qorutils/fs/file_funcs.h>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <string>
 

@@ -1,7 +1,6 @@
 #include <qorutils/fs/platform_file.h>
 
 #include <cerrno>
-#include <string>
 
 #include <gtest/gtest.h>
 

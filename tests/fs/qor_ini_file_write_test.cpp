@@ -1,7 +1,6 @@
 #include <qorutils/fs/qor_ini_file.h>
 
 #include <string>
-#include <utility>
 
 #include <gtest/gtest.h>
 

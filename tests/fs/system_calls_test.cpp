@@ -1,7 +1,6 @@
 #include <qorutils/fs/system_calls.h>
 
 #include <cerrno>
-#include <cstdint>
 
 #include <gtest/gtest.h>
 

@@ -10,7 +10,6 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <cwchar>
 #include <new>
 #include <string>
 #include <thread>

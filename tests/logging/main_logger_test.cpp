@@ -12,7 +12,6 @@
 #include <unistd.h>
 
 #include <clocale>
-#include <cwchar>
 #include <regex>
 #include <string>
 #include <vector>

@@ -1,7 +1,6 @@
 #include <dlfcn.h>
 
 #include <memory>
-#include <string>
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,6 @@
 #ifndef QORUTILS_TESTS_SUPPORT_BYTE_FILE_H_
 #define QORUTILS_TESTS_SUPPORT_BYTE_FILE_H_
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdio>

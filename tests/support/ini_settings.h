@@ -3,7 +3,6 @@
 #define QORUTILS_TESTS_SUPPORT_INI_SETTINGS_H_
 
 #include <map>
-#include <ostream>
 #include <string>
 
 #include <gtest/gtest.h>

@@ -10,7 +10,6 @@
 #include <cwctype>
 #include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace reference_ini {

@@ -8,11 +8,9 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <initializer_list>
 #include <iomanip>
 #include <ostream>
 #include <sstream>

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstdarg>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

@@ -3,7 +3,6 @@
 #include <climits>
 #include <cstdarg>
 #include <cstddef>
-#include <cwchar>
 #include <string>
 
 #include <gtest/gtest.h>

@@ -1,10 +1,8 @@
 #include <qorutils/text/utf8.h>
 
 #include <cerrno>
-#include <climits>
 #include <cstdint>
 #include <cstring>
-#include <initializer_list>
 #include <string>
 #include <vector>
 

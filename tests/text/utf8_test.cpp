@@ -6,7 +6,6 @@
 #include <cstring>
 #include <initializer_list>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
