@@ -18,8 +18,11 @@ namespace qor_appdirs {
 // runs in whichever thread asks for a directory first. When it throws, so does that request, and
 // the next one calls it again. A directory that the hook itself asks for is empty.
 //
+// '\' separates the file's name from its folder. Within the folder, '/' is the better choice: the
+// overrides file of app_dirs.h is opened by the literal name.
+//
 //     void OwnName(wchar_t* buffer, int size) {
-//         std::wcsncpy(buffer, L"\\opt\\survey\\survey", size);
+//         std::wcsncpy(buffer, L"/opt/survey\\survey", size);
 //     }
 //     qor_appdirs::SetModuleFileNameHook(OwnName);
 QORUTILS_API void SetModuleFileNameHook(void (*hook)(wchar_t* buffer, int size));

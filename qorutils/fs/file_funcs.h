@@ -2,11 +2,11 @@
 //
 // In paths, '\' separates as '/' does unless a function says otherwise, and relative ones belong to
 // the working directory. Paths are narrowed as the process locale says. One that it cannot encode
-// names nothing: every operation on it fails and touches nothing.
+// names nothing: every operation on it fails, in whatever way it does that, and touches nothing.
 //
-// Failure of the system is false, never an exception, and nothing is logged. Throws std::bad_alloc.
-// Links are followed except where said. A test and the action behind it are two steps: another
-// process may come between them.
+// Failure of the system is false, never an exception, and nothing is logged but a failed check for
+// a name of 260 bytes or more in a listing. Throws std::bad_alloc. Links are followed except where
+// said. A test and the action behind it are two steps: another process may come between them.
 
 #ifndef QORUTILS_FS_FILE_FUNCS_H_
 #define QORUTILS_FS_FILE_FUNCS_H_

@@ -18,7 +18,9 @@
 // shown there too, in pieces of at most 250 characters and with '.' for each zero character.
 //
 // WARNING: ON A TERMINAL THE LINE IS A printf FORMAT, WITHOUT ARGUMENTS BEHIND IT: see
-// OutputDebugString in qorsys/qor_system.h. The file always gets the text as it is.
+// OutputDebugString in qorsys/qor_system.h. Doubling each '%' does not help here, as a line may be
+// cut between the two: let no text from outside that has one into a line. The file always gets the
+// text as it is.
 //
 // Threads: lines never mix, and their times rise in the order of the file. The first logging call
 // belongs before the first thread: the log is made without a lock, so that two first calls at the

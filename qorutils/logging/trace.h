@@ -50,8 +50,9 @@ QORUTILS_API __attribute__((format(printf, 2, 3))) void LOGMESSAGE(long level, c
                                                                    ...);
 
 // Writes a line of the title and `length` bytes of data, both as text in the locale's encoding; a
-// '%' in them has no meaning. The data need not be terminated: their text ends at a zero, at an
-// invalid sequence, or after length bytes. Not a hexadecimal dump.
+// '%' in them has no meaning in the file (see main_logger.h for terminals). The data need not be
+// terminated: their text ends at a zero, at an invalid sequence, or after length bytes. Not a
+// hexadecimal dump.
 QORUTILS_API void QOR_TRACE_BIN_ALWAYS(char const* title, unsigned char const* data,
                                        unsigned int length);
 
