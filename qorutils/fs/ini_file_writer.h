@@ -86,7 +86,8 @@ class TQorIniFileWriterImpl : public IQorIniFileWriterImpl {
         return written != 0;
     }
 
-    static constexpr std::size_t kBlock = 65536 / sizeof(T);
+    // From 64 KiB on, each that is freed would make malloc tidy up the heap of the whole program.
+    static constexpr std::size_t kBlock = 16384 / sizeof(T);
 
     int file_ = -1;
     IniText<T> text_;

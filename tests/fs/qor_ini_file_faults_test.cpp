@@ -167,7 +167,7 @@ TEST_F(WriteSettingsAsIniFault, GathersManyPiecesInFewWrites) {
     CThreeTupleStore const store = ToStore(settings);
     SystemCallFault const fault(SystemCall::kWrite, EIO, 0);
     EXPECT_TRUE(writeSettingsAsIni(Path().c_str(), store, eTextEncodingAnsi));
-    EXPECT_EQ(2, fault.Calls());  // of 100009 bytes
+    EXPECT_EQ(7, fault.Calls());  // of 100009 bytes
 }
 
 TEST_F(WriteSettingsAsIniFault, ClosesTheFileWhateverHappens) {

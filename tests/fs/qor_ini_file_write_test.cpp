@@ -93,11 +93,11 @@ TEST(WriteSettingsAsIni, EndsEightBitPiecesAtAZeroAndKeepsItInWideOnes) {
               Written(store, eTextEncodingUtf16LE));
 }
 
-// Pieces are gathered in blocks of 65536 bytes: lengths around that, and around what is left of it.
+// Pieces are gathered in blocks of 16384 bytes: lengths around that, and around what is left of it.
 TEST(WriteSettingsAsIni, WritesPiecesOfAnyLength) {
     ScopedLocale const locale("C.UTF-8");
-    for (std::size_t const length :
-         {16380u, 16384u, 16385u, 65520u, 65527u, 65528u, 65529u, 65536u, 65537u, 200000u}) {
+    for (std::size_t const length : {4087u, 4088u, 4089u, 4090u, 4096u, 4097u, 16368u, 16375u,
+                                     16376u, 16377u, 16378u, 16384u, 16385u, 200000u}) {
         for (wchar_t const ch : {L'v', L'\u20AC'}) {
             std::string const narrow = ch == L'v' ? "v" : "\xE2\x82\xAC";
             std::wstring const value(length, ch);
