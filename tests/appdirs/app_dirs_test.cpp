@@ -16,6 +16,7 @@
 #include <qorutils/appdirs/module_file_name.h>
 #include <qorutils/logging/main_logger.h>
 
+#include "support/no_directories.h"
 #include "support/own_process.h"
 #include "support/scoped_locale.h"
 #include "support/scoped_variable.h"
@@ -38,17 +39,6 @@ std::wstring givenName;
 
 void YieldGivenName(wchar_t* buffer, int size) {
     std::wcsncpy(buffer, givenName.c_str(), static_cast<std::size_t>(size));
-}
-
-void ExpectNoDirectories() {
-    EXPECT_EQ(CApplicationDirectories(), GetApplicationFileName());
-    EXPECT_EQ(WideString(), GetApplicationPath());
-    EXPECT_EQ(WideString(), GetExeDir());
-    EXPECT_EQ(WideString(), GetRootDir());
-    EXPECT_EQ(WideString(), GetTavrelAppDataDir());
-    EXPECT_EQ(WideString(), GetDocsDir());
-    EXPECT_EQ(WideString(L"\\"), GetTavrelAppGeoidsDataDir());
-    EXPECT_EQ(WideString(L"\\"), GetTavrelAppGeoDataDir());
 }
 
 void ExpectWindowsDefaults() {

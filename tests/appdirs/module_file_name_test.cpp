@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 #include <qorutils/appdirs/app_dirs.h>
 
+#include "support/no_directories.h"
 #include "support/own_process.h"
 #include "support/text_literal.h"
 
@@ -131,12 +132,7 @@ TEST(ModuleFileNameHook, IsAskedAgainWhenOnlyItsSecondCallThrew) {
 TEST(ModuleFileNameHook, FindsEveryDirectoryEmpty) {
     WithHook(
         [](wchar_t* buffer, int size) {
-            EXPECT_EQ(CApplicationDirectories(), GetApplicationFileName());
-            EXPECT_EQ(WideString(), GetApplicationPath());
-            EXPECT_EQ(WideString(), GetExeDir());
-            EXPECT_EQ(WideString(), GetRootDir());
-            EXPECT_EQ(WideString(), GetTavrelAppDataDir());
-            EXPECT_EQ(WideString(), GetDocsDir());
+            ExpectNoDirectories();
             EXPECT_EQ(WideString(L"\\"), GetTavrelAppGeoidsDataDir());
             EXPECT_EQ(WideString(L"\\"), GetTavrelAppGeoDataDir());
             Yield(L"C:\\App\\prog.exe", buffer, size);
