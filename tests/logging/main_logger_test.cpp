@@ -5,6 +5,7 @@
 #include <qorutils/logging/main_logger.h>
 #include <qorutils/logging/trace.h>
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/types.h>
@@ -217,20 +218,35 @@ TEST(MainLogWithoutFile, WorksWhereNothingCanBeCreated) {
 }
 
 // The log would go to "/", where the superuser could make it: he becomes another user or, on a
-// system without any, may open no further files.
-void GiveUpRoot() {
-    constexpr uid_t kNobody = 65534;
-    constexpr rlimit kNoMoreFiles = {0, 0};
-    if (geteuid() == 0 && setuid(kNobody) != 0) {
-        EXPECT_EQ(0, setrlimit(RLIMIT_NOFILE, &kNoMoreFiles));
+// system without any, has a "/" in which nobody can make anything.
+class WithoutRoot {
+  public:
+    WithoutRoot() : root_(open("/", O_RDONLY | O_DIRECTORY)) {
+        constexpr uid_t kNobody = 65534;
+        if (geteuid() == 0 && setuid(kNobody) != 0) {
+            EXPECT_EQ(0, chroot("/proc"));
+        }
     }
-}
+    // As the process ends, sanitizers look for what they know.
+    ~WithoutRoot() {
+        if (geteuid() == 0) {
+            EXPECT_EQ(0, fchdir(root_));
+            EXPECT_EQ(0, chroot("."));
+        }
+        close(root_);
+    }
+    WithoutRoot(WithoutRoot const&) = delete;
+    WithoutRoot& operator=(WithoutRoot const&) = delete;
+
+  private:
+    int root_;
+};
 
 TEST_F(MainLog, WorksWithoutATemporaryDirectory) {
     directory_.MakeFile("file", "no directory");
     for (std::string const& temporary : {std::string("/no/such/directory"), folder_ + "/file"}) {
         EXPECT_EQ("", InProgram(temporary, L"", [](std::ostream& say) {
-                      GiveUpRoot();
+                      WithoutRoot const withoutRoot;
                       LogNowhere(say);
                   }));
     }
