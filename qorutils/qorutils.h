@@ -1,4 +1,5 @@
-// Everything that the library offers.
+/// @file
+/// Everything that the library offers.
 
 #ifndef QORUTILS_QORUTILS_H_
 #define QORUTILS_QORUTILS_H_

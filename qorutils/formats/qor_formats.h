@@ -1,4 +1,5 @@
-// Values and their texts: everything that namespace qor_formats offers.
+/// @file
+/// Values and their texts: everything that namespace qor_formats offers.
 
 #ifndef QORUTILS_FORMATS_QOR_FORMATS_H_
 #define QORUTILS_FORMATS_QOR_FORMATS_H_

@@ -1,4 +1,5 @@
-// Rounding of floating-point numbers.
+/// @file
+/// Rounding of floating-point numbers.
 
 #ifndef QORUTILS_FORMATS_QOR_MATH_H_
 #define QORUTILS_FORMATS_QOR_MATH_H_
@@ -8,10 +9,10 @@
 namespace qor {
 namespace math {
 
-// x rounded to `precision` decimals, half away from zero. 0.0 for 0 and NaN; NaN for infinities.
-// On purpose: the result lies one unit in the last place of its fraction farther from zero than the
-// rounded number, so that formatting it with as many decimals does not round it down again.
-// A negative precision cuts the fraction off; it does not round tens or hundreds.
+/// x rounded to `precision` decimals, half away from zero. 0.0 for 0 and NaN; NaN for infinities.
+/// On purpose: the result lies one unit in the last place of its fraction farther from zero than
+/// the rounded number, so that formatting it with as many decimals does not round it down again.
+/// A negative precision cuts the fraction off; it does not round tens or hundreds.
 QORUTILS_API double round_prec(double x, int precision);
 
 }  // namespace math
