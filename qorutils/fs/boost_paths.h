@@ -2,6 +2,8 @@
 //
 // Boost is given narrow text and asked for narrow text only: its own conversion throws when the
 // environment names a locale that is not installed.
+//
+// Inline, so that the sources of FileFuncs say Exists(path), while others name what they use.
 
 #ifndef QORUTILS_FS_BOOST_PATHS_H_
 #define QORUTILS_FS_BOOST_PATHS_H_
@@ -16,7 +18,7 @@
 #include "qorutils/text/qor_string.h"
 
 namespace FileFuncs {
-namespace boost_paths {
+inline namespace boost_paths {
 
 using BoostPath = boost::filesystem::path;
 using BoostError = boost::system::error_code;

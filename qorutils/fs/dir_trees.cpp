@@ -16,16 +16,6 @@ namespace {
 
 using boost::filesystem::directory_entry;
 using boost::filesystem::directory_iterator;
-using boost_paths::AbsolutePath;
-using boost_paths::BoostError;
-using boost_paths::BoostPath;
-using boost_paths::CanBeNarrowed;
-using boost_paths::CanonicalPath;
-using boost_paths::Exists;
-using boost_paths::IsDirectory;
-using boost_paths::NarrowPath;
-using boost_paths::WidenWhole;
-using boost_paths::WideString;
 
 // False when the folder was there already.
 bool MakeFolder(BoostPath const& folder) {

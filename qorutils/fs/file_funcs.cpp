@@ -21,16 +21,6 @@ namespace FileFuncs {
 
 namespace {
 
-using boost_paths::AbsolutePath;
-using boost_paths::BoostError;
-using boost_paths::BoostPath;
-using boost_paths::CanBeNarrowed;
-using boost_paths::CanonicalPath;
-using boost_paths::Exists;
-using boost_paths::IsDirectory;
-using boost_paths::IsRegularFile;
-using boost_paths::NarrowPath;
-
 // Whole seconds since 1970.
 bool GetLastWriteTime(wchar_t const* path, long long& seconds) {
     _FILETIME lastWrite = {};

@@ -9,8 +9,6 @@
 #include "qorutils/text/safe_format.h"
 
 using FileFuncs::boost_paths::BoostPath;
-using FileFuncs::boost_paths::CanBeNarrowed;
-using FileFuncs::boost_paths::NarrowPath;
 using qor_text::CQorStringT;
 
 namespace FileFuncs {
