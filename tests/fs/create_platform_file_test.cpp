@@ -179,6 +179,23 @@ TEST_F(CreatePlatformFileTest, DoesNotOpenWhatAnotherCreatedMeanwhileWhenExclusi
     directory_.Remove("target");
 }
 
+TEST_F(CreatePlatformFileTest, LocksNothingWhenExclusive) {
+    directory_.MakeFile("file", "");
+    Opened const exclusive(Path("file"), 0x361);  // to read and write alone
+    Opened const other(Path("file"), 0x61);
+    EXPECT_EQ(kFileOk, exclusive.error);
+    EXPECT_EQ(kFileOk, other.error);
+    EXPECT_EQ(1, WritePlatformFile(other, "x", 1));
+    EXPECT_EQ("x", directory_.Content("file"));
+}
+
+TEST_F(CreatePlatformFileTest, TakesABackslashForALetterOfTheName) {
+    directory_.MakeFolder("a");
+    Opened const file(Path("a\\b"), 0x44);
+    EXPECT_EQ(kFileOk, file.error);
+    directory_.Remove("a\\b");
+}
+
 TEST_F(CreatePlatformFileTest, CreatesForTheOwnerOnlyLessTheUmask) {
     struct {
         mode_t mask;

@@ -1,12 +1,30 @@
+#include <qorutils/fs/cfile.h>
 #include <qorutils/fs/file_funcs.h>
 
 #include <cerrno>
+#include <cstdio>
 
 #include <gtest/gtest.h>
 
+#include "support/cfile_fixture.h"
 #include "support/descriptors.h"
+#include "support/next_in_line.h"
 #include "support/system_call_faults.h"
 #include "support/temporary_directory.h"
+
+namespace {
+
+bool isAcrossFileSystems = false;
+
+}  // namespace
+
+// Stands before the C library's.
+extern "C" int rename(char const* from, char const* to) noexcept {
+    static auto* const next = NextInLine(&rename, "rename");
+    if (!isAcrossFileSystems) return next(from, to);
+    errno = EXDEV;
+    return -1;
+}
 
 namespace {
 
@@ -103,6 +121,19 @@ TEST_F(FileWriteFaults, SaysTrueWhenTheCloseFails) {
     SystemCallFault const write(SystemCall::kWrite, ENOSPC);
     EXPECT_TRUE(Write());
     EXPECT_EQ(2, close.Calls());
+}
+
+TEST_F(CFileTest, IsNotMovedToAnotherFileSystem) {
+    std::wstring const from = Path("old");
+    std::wstring const to = Path("new");
+    isAcrossFileSystems = true;
+    EXPECT_FALSE(FileFuncs::MoveFile(from.c_str(), to.c_str()));
+    EXPECT_EQ("MoveFile", FailedOperation([&] { base::CFile::Rename(from.c_str(), to.c_str()); }));
+    isAcrossFileSystems = false;
+    EXPECT_EQ("0123456789", directory_.Content("old"));
+    EXPECT_FALSE(directory_.Has("new"));
+    EXPECT_TRUE(FileFuncs::MoveFile(from.c_str(), to.c_str()));
+    directory_.Remove("new");
 }
 
 TEST_F(FileWriteFaults, LeavesNoDescriptorOpen) {

@@ -58,6 +58,7 @@ TEST_F(NextDefaultNameTest, FindsTheFirstNumberThatIsFree) {
     directory_.MakeFile("Rec03.wav", "");
     directory_.MakeFile("Rec05.wav", "");
     EXPECT_EQ(WideString(L"Rec04"), Next(L"Rec01", L".wav"));
+    EXPECT_EQ(WideString(L"Rec04"), Next(L"Rec01", L".wav"));  // nothing was reserved
     EXPECT_EQ(WideString(L"Rec06"), Next(L"Rec04", L".wav"));
 }
 

@@ -182,6 +182,16 @@ TEST(WriteSettingsAsIni, FailsWhereNoFileCanBeCreated) {
     EXPECT_FALSE(writeSettingsAsIni(path.c_str(), store, eTextEncodingAnsi));
 }
 
+TEST(WriteSettingsAsIni, TakesABackslashForALetterOfTheNameAsTheReaderDoes) {
+    TemporaryDirectory directory;
+    directory.MakeFolder("a");
+    std::wstring const path = directory.WidePath("a\\b.ini");
+    CThreeTupleStore const store = ToStore({{L"A", {{L"x", L"1"}}}});
+    EXPECT_TRUE(writeSettingsAsIni(path.c_str(), store, eTextEncodingAnsi));
+    EXPECT_EQ(FromStore(store), IniRead(path).settings);
+    directory.Remove("a\\b.ini");
+}
+
 TEST(WriteSettingsAsIni, SucceedsOnAFullDeviceOnPurpose) {
     CThreeTupleStore const small = ToStore({{L"A", {{L"x", L"1"}}}});
     CThreeTupleStore const large = ToStore({{L"A", {{L"x", std::wstring(100000, L'v')}}}});

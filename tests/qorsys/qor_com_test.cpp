@@ -2,10 +2,12 @@
 #include <qorutils/text/qor_string.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <cwchar>
 #include <new>
 #include <string>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -224,5 +226,9 @@ TEST(Guid, HasTheLayoutOfWindows) {
     EXPECT_EQ(6u, offsetof(GUID, Data3));
     EXPECT_EQ(8u, offsetof(GUID, Data4));
 }
+
+// Not an unsigned long, which has 64 bits on some machines.
+static_assert(std::is_same<std::uint32_t, DWORD>::value, "");
+static_assert(sizeof(HRESULT) == 4 && sizeof(BOOL) == 4, "");
 
 }  // namespace

@@ -238,6 +238,20 @@ TEST(CTime, IsMadeOfASystemTime) {
     EXPECT_EQ(CTime(1902, 2, 29, 23, 59, 58, 0), CTime(st, 0));
 }
 
+TEST(CTime, TakesSystemAndDosTimesAsLocalTimeToo) {
+    ScopedTimeZone const zone("AAA-2BBB,M3.5.0,M10.5.0/3");
+    _SYSTEMTIME const winter = {2025, 1, 0, 1, 13, 26, 20, 0};
+    EXPECT_EQ(1735730780, CTime(winter, 0).GetTime());
+    EXPECT_EQ(1735730780, CTime(winter, -1).GetTime());
+    EXPECT_EQ(1735727180, CTime(winter, 1).GetTime());
+    EXPECT_EQ(1735730780, CTime(0x5A21, 0x6B4A, 0).GetTime());
+    EXPECT_EQ(1735730780, CTime(0x5A21, 0x6B4A, -1).GetTime());
+    EXPECT_EQ(1735727180, CTime(0x5A21, 0x6B4A, 1).GetTime());
+    _SYSTEMTIME const summer = {2025, 7, 0, 1, 13, 26, 20, 0};
+    EXPECT_EQ(1751365580, CTime(summer, -1).GetTime());
+    EXPECT_EQ(1751365580, CTime(0x5AE1, 0x6B4A, -1).GetTime());
+}
+
 TEST(CTime, IsZeroForSystemTimesUpTo1899) {
     _SYSTEMTIME const odd = {1899, 99, 99, 99, 99, 99, 99, 9999};
     EXPECT_EQ(0, CTime(odd, 0).GetTime());
