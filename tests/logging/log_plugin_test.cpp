@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/built_file.h"
 #include "support/main_log.h"
 #include "support/own_process.h"
 #include "support/temporary_directory.h"
@@ -37,7 +38,8 @@ class LoggingPlugin : public testing::Test {
     }
 
     static void* Load() {
-        void* const plugin = dlopen(QORUTILS_LOGGING_PLUGIN, RTLD_NOW | RTLD_LOCAL);
+        std::string const path = BuiltFile(QORUTILS_LOGGING_PLUGIN);
+        void* const plugin = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
         if (plugin == nullptr) ADD_FAILURE() << dlerror();
         return plugin;
     }

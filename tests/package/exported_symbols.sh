@@ -1,17 +1,23 @@
 #!/usr/bin/env bash
-# exported_symbols.sh LIBRARY KEPT_LIST [--renew]
-# Compares what the library exports with the list that is kept beside this script.
+# exported_symbols.sh LIBRARY ARCHITECTURE SYMBOLS [--renew]
+# Compares what the library exports with the kept list, which says since which version each is there.
 set -euo pipefail
 
-library=$1 kept=$2
+library=$1 architecture=$2 kept=$3
+version=$(basename "$(readlink -f "$library")")
+version=${version#*.so.}
 
-Exported() {
-    nm --dynamic --defined-only --demangle "$library" | sed -E 's/^[0-9a-f]+ . //' | LC_ALL=C sort -u
+# Strict: neither a new symbol nor a missing one passes.
+Compare() {
+    dpkg-gensymbols -plibqorutils1 -v"$version" -a"$architecture" -e"$library" -I"$kept" "$@"
 }
 
-if [ "${3:-}" = --renew ]; then
-    Exported >"$kept"
-elif ! diff -u --label kept --label exported "$kept" <(Exported); then
-    echo "The exported symbols have changed. If that is meant: $0 $library $kept --renew"
+if [ "${4:-}" = --renew ]; then
+    renewed=$(mktemp)
+    Compare -q -O"$renewed"
+    cp "$renewed" "$kept"
+    rm "$renewed"
+elif ! Compare -c4 -O/dev/null 2>&1 | c++filt; then
+    echo "The exported symbols have changed. If that is meant: $0 $library $architecture $kept --renew"
     exit 1
 fi

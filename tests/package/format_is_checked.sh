@@ -4,20 +4,20 @@
 set -euo pipefail
 
 root=$1
-shift
+compiler=("${@:2}")
 
 Compiles() {
-    "$@" -std=c++14 -I"$root" -Wall -Werror -fsyntax-only -x c++ - <<EOF
+    "${compiler[@]}" -std=c++14 -I"$root" -Wall -Werror -fsyntax-only -x c++ - <<EOF
 #include <cstdarg>
 #include <qorutils/text/qor_string.h>
-void Use(qor_text::CQorStringT<char>& s) { $statement }
+void Use(qor_text::CQorStringT<char>& s) { $1 }
 void Forward(qor_text::CQorStringT<char>& s, va_list args) { s.FormatV("%d", args); }
 EOF
 }
 
-statement='s.Format("%d %s %5.2f", 1, "text", 2.0);' Compiles "$@"
+Compiles 's.Format("%d %s %5.2f", 1, "text", 2.0);'
 for wrong in 's.Format("%d", "text");' 's.Format("%s", 1);' 's.Format("%d %d", 1);'; do
-    if statement=$wrong Compiles "$@" 2>/dev/null; then
+    if Compiles "$wrong" 2>/dev/null; then
         echo "not refused: $wrong" >&2
         exit 1
     fi

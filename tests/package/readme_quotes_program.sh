@@ -1,17 +1,16 @@
 #!/usr/bin/env bash
 # readme_quotes_program.sh README SOURCE PROGRAM...
-# The README's first C++ block is the source, and its first text block is what the program prints.
+# The README's C++ program is the source, and what it says that the program prints is what it prints.
 set -euo pipefail
+source "$(dirname "$0")/readme_blocks.sh"
 
 readme=$1 source=$2
 shift 2
 
-FirstBlock() {
-    awk -v fence='```' -v language="$1" '
-        inside && $0 == fence { exit }
-        inside
-        $0 == fence language { inside = 1 }' "$readme"
-}
+# The program's log goes there.
+TMPDIR=$(mktemp -d)
+export TMPDIR
+trap 'rm -r "$TMPDIR"' EXIT
 
-diff -u --label README --label "$source" <(FirstBlock cpp) "$source"
-diff -u --label README --label output <(FirstBlock text) <("$@")
+diff -u --label README --label "$source" <(ReadmeBlock "$readme" cpp main) "$source"
+diff -u --label README --label output <(ReadmeOutput "$readme" ./first) <("$@")

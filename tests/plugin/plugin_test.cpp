@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "plugin/plugin_interface.h"
+#include "support/built_file.h"
 
 namespace {
 
@@ -14,7 +15,8 @@ using Wide = qor_text::CQorStringT<wchar_t>;
 // A plug-in, loaded so that its symbols stay its own, and unloaded at the end of the scope.
 class Plugin {
   public:
-    explicit Plugin(char const* path) : handle_(dlopen(path, RTLD_NOW | RTLD_LOCAL), dlclose) {
+    explicit Plugin(char const* path)
+        : handle_(dlopen(BuiltFile(path).c_str(), RTLD_NOW | RTLD_LOCAL), dlclose) {
         if (!handle_) {
             ADD_FAILURE() << dlerror();
             return;

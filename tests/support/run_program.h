@@ -1,6 +1,6 @@
 // Runs a built program as a user does: arguments in; text, complaints and status out.
-// QORUTILS_EMULATOR is the command that runs programs of the target (or nothing); the build defines
-// it.
+// QORUTILS_EMULATOR is the command that runs programs of the target (or nothing) where they were
+// built; the build defines it.
 #ifndef QORUTILS_TESTS_SUPPORT_RUN_PROGRAM_H_
 #define QORUTILS_TESTS_SUPPORT_RUN_PROGRAM_H_
 
@@ -12,6 +12,8 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "support/built_file.h"
 
 struct Outcome {
     int status;  // -1: it did not exit
@@ -26,10 +28,15 @@ inline std::string Quoted(std::string const& argument) {
     return quoted + "'";
 }
 
+// The beginning of a shell command that runs the program, wherever it lies now.
+inline std::string Started(std::string const& program) {
+    return (InstalledTests() == nullptr ? QORUTILS_EMULATOR " " : "") + Quoted(BuiltFile(program));
+}
+
 // What the program writes to stderr passes through a file of this name, which is removed.
 inline Outcome RunProgram(std::string const& program, std::vector<std::string> const& arguments,
                           std::string const& complaintsPath) {
-    std::string command = QORUTILS_EMULATOR " " + Quoted(program);
+    std::string command = Started(program);
     for (std::string const& argument : arguments) command += " " + Quoted(argument);
     command += " 2>" + Quoted(complaintsPath);
 
