@@ -152,8 +152,8 @@ TEST_F(Qorini, RefusesWrongUsage) {
 }
 
 TEST_F(Qorini, FailsWhenItsOutputIsNotTaken) {
-    std::string const command = Started(QORINI_PATH) +
-                                " --help 2>" + Quoted(Path("complaints")) + " >/dev/full";
+    std::string const command =
+        Started(QORINI_PATH) + " --help 2>" + Quoted(Path("complaints")) + " >/dev/full";
     int const status = std::system(command.c_str());
     EXPECT_EQ(3, WEXITSTATUS(status));
     EXPECT_EQ("qorini: standard output: No space left on device\n",
@@ -165,9 +165,8 @@ TEST_F(Qorini, FailsWhenNobodyReadsItsOutput) {
     int ends[2];
     ASSERT_EQ(0, pipe(ends));
     close(ends[0]);
-    std::string const command = Started(QORINI_PATH) +
-                                " --help 2>" + Quoted(Path("complaints")) + " >&" +
-                                std::to_string(ends[1]);
+    std::string const command = Started(QORINI_PATH) + " --help 2>" + Quoted(Path("complaints")) +
+                                " >&" + std::to_string(ends[1]);
     int const status = std::system(command.c_str());
     close(ends[1]);
     EXPECT_EQ(3, WEXITSTATUS(status));

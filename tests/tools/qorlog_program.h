@@ -52,8 +52,8 @@ class QorLog : public testing::Test {
     Outcome RunByShell(std::string const& before, std::string const& behind) const {
         std::string const out = directory_.Path("out");
         std::string const complaints = directory_.Path("complaints");
-        std::string const command = "{ " + before + QORUTILS_EMULATOR " " + Quoted(QORLOG_PATH) +
-                                    " " + behind + "; } >" + out + " 2>" + complaints;
+        std::string const command = "{ " + before + Started(QORLOG_PATH) + " " + behind + "; } >" +
+                                    out + " 2>" + complaints;
         int const status = std::system(command.c_str());
         Outcome const outcome = {WIFEXITED(status) ? WEXITSTATUS(status) : -1, FileBytes(out),
                                  FileBytes(complaints)};
@@ -80,7 +80,7 @@ class QorLog : public testing::Test {
 class RunningProgram {
   public:
     explicit RunningProgram(std::vector<std::string> const& arguments) {
-        std::string command = "exec " QORUTILS_EMULATOR " " + Quoted(QORLOG_PATH);
+        std::string command = "exec " + Started(QORLOG_PATH);
         for (std::string const& argument : arguments) command += " " + Quoted(argument);
         int out[2];
         int complaints[2];

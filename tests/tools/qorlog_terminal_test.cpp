@@ -13,7 +13,7 @@ namespace {
 class QorLogOnTerminal : public QorLog {
   protected:
     std::string Shown(std::vector<std::string> const& arguments) const {
-        std::string command = QORUTILS_EMULATOR " " + Quoted(QORLOG_PATH) + " " + Path();
+        std::string command = Started(QORLOG_PATH) + " " + Path();
         for (std::string const& argument : arguments) command += " " + argument;
         TerminalOutput const terminal;
         int const status = std::system(command.c_str());

@@ -1,6 +1,6 @@
 // How qorlog shows logs as text, and what it says about those that are not in order.
 
-#include <unistd.h>
+#include <qorutils/export.h>
 
 #include <string>
 #include <vector>
@@ -67,6 +67,18 @@ TEST_F(QorLog, ReadsStandardInput) {
     Outcome const outcome = RunByShell("cat " + Path() + " | ", "-");
     EXPECT_EQ(0, outcome.status) << outcome.complaints;
     EXPECT_EQ(kShownBanner + std::string("00001.000 ; 7 ; x\n"), outcome.out);
+}
+
+TEST_F(QorLog, NamesStandardInputInComplaints) {
+    EXPECT_EQ("qorlog: standard input: empty, not a log\n",
+              RunByShell("", "- </dev/null").complaints);
+}
+
+TEST_F(QorLog, EndsQuietlyWhenNobodyReadsIt) {
+    MakeLog(std::u32string(1000000, U'x'));
+    Outcome const outcome = RunByShell("", Path() + " | head -c 5");
+    EXPECT_EQ("00000", outcome.out);
+    EXPECT_EQ("", outcome.complaints);
 }
 
 TEST_F(QorLog, ShowsTheTimeOfDay) {
@@ -233,7 +245,7 @@ TEST_F(QorLog, TellsAboutItself) {
     EXPECT_EQ("usage: qorlog [OPTION]... [FILE]...\n", help.out.substr(0, 36));
     Outcome const version = Run({"--version"});
     EXPECT_EQ(0, version.status);
-    EXPECT_EQ("qorlog 1.0.0\n", version.out);
+    EXPECT_EQ("qorlog " QORUTILS_VERSION_STRING "\n", version.out);
 }
 
 }  // namespace

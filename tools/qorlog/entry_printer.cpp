@@ -136,7 +136,7 @@ void PrintAsJson(LogEntry const& entry, LogFacts const& log, std::string* to) {
     *to += std::to_string(entry.lineNumber);
     PutTimes(entry, log, to);
     *to += ",\"kind\":\"";
-    *to += (entry.goesOn ? "continued" : NameOf(kind));
+    *to += entry.goesOn ? "continued" : NameOf(kind);
     *to += "\",\"message\":";
     AppendJsonText(entry.Message(), to);
     if (kind == MessageKind::kCheck) PutCheck(entry.Message(), to);

@@ -9,11 +9,11 @@ namespace {
 // The milliseconds of a line's time start again behind them.
 constexpr std::uint64_t kRound = std::uint64_t{1} << 32;
 
+}  // namespace
+
 std::string ShownName(std::string const& path) {
     return path == "-" ? "standard input" : path;
 }
-
-}  // namespace
 
 LogView::LogView(std::string const& path, Options const& options, Output* output)
     : options_(options), output_(output), reader_(path) {
@@ -50,7 +50,7 @@ void LogView::TellInvalidCharacters() {
 }
 
 void LogView::HandOut(TextEnd end) {
-    splitter_.HandOut(end, [=](LogEntry const& entry) { Show(entry, end); });
+    splitter_.HandOut(end, [this, end](LogEntry const& entry) { Show(entry, end); });
     output_->Flush();
 }
 

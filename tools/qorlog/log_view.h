@@ -14,6 +14,9 @@
 
 namespace qorlog {
 
+// How a log is called that was opened by this path: "-" is standard input.
+std::string ShownName(std::string const& path);
+
 // Throws LogError for a file that cannot be read or is no log. Everything else that is wrong is
 // told on stderr, and the log is shown all the same.
 class LogView {

@@ -29,7 +29,7 @@ bool ShowLog(std::string const& path, Options const& options, Output* output) {
         return view.IsGood();
     } catch (LogError const& error) {
         output->Flush();
-        Tell(path, error.what());
+        Tell(ShownName(path), error.what());
         return false;
     }
 }
