@@ -12,26 +12,6 @@ import gdb
 import gdb.printing
 
 
-class Buffers(gdb.Parameter):
-    """Whether strings are shown with the state of their buffers.
-
-    When on, a CQorStringT is followed by the number of strings that share its buffer, its length
-    and its capacity in characters, and by what is special: locked, or the nil string."""
-
-    set_doc = "Set whether a CQorStringT is shown with the state of its buffer."
-    show_doc = "Show whether a CQorStringT is shown with the state of its buffer."
-
-    def __init__(self):
-        super().__init__("print qor-buffers", gdb.COMMAND_DATA, gdb.PARAM_BOOLEAN)
-        self.value = True
-
-    def get_show_string(self, shown):
-        return f"Showing strings with the state of their buffers is {shown}."
-
-
-buffers = Buffers()
-
-
 class Printer:
     """Takes the members by name in __init__, and makes the text of them in text()."""
 
@@ -43,64 +23,104 @@ class Printer:
 
 
 def most_elements():
-    """What `print elements`, or an option of the command, says; None without a limit."""
+    """What `print elements`, or an option of the command, says; 0 or None without a limit."""
     if hasattr(gdb, "print_options"):  # gdb 13
-        return gdb.print_options()["max_elements"] or None
+        return gdb.print_options()["max_elements"]
     return gdb.parameter("print elements")
+
+
+def most_bytes():
+    """How long a value gdb reads at most."""
+    limit = gdb.parameter("max-value-size")
+    return limit if limit and limit > 0 else 1 << 30
 
 
 # --- Strings -------------------------------------------------------------------------------------
 
 
+def header_of(string):
+    """What CQorStringData says about the buffer of a CQorStringT."""
+    characters = string["m_pchData"]
+    name = f"qor_text::CQorStringData<{characters.type.target()}>"
+    return (characters.cast(gdb.lookup_type(name).pointer()) - 1).dereference()
+
+
 class StringPrinter(Printer):
+    """The text, and the state of its buffer behind it. Without children: machine interfaces show
+    none of a text that has some."""
+
     def __init__(self, value):
         self.characters = value["m_pchData"]
-        name = f"qor_text::CQorStringData<{self.characters.type.target().unqualified()}>"
-        header = self.characters.cast(gdb.lookup_type(name).pointer()) - 1
-        self.fields = [header["nRefs"], header["nDataLength"], header["nAllocLength"]]
+        self.header = header_of(value)
 
     def text(self):
         if self.characters == 0:
             return "<no string: null>"
-        refs, length, capacity = map(int, self.fields)
         if not self.is_string():
+            refs, length, capacity = self.fields()
             return f"<no string: {refs} references, length {length}, capacity {capacity}>"
-        return self.characters.lazy_string(length=self.shown_length(length))
+        return f"{self.quoted()} ({self.state()})"
 
-    def shown_length(self, length):
-        """With the terminator where all is shown: gdb leaves out a zero at the end, and that must
-        not be one that belongs to the text."""
-        limit = most_elements()
-        is_cut = limit and length >= limit
-        return length if is_cut or self.characters[length] != 0 else length + 1
+    def quoted(self):
+        _, length, _ = self.fields()
+        shown = min(length, most_elements() or length)
+        array = self.array(shown)
+        is_cut = int(array.type.range()[1]) < length - 1
+        return array.format_string(max_elements=0) + ("..." if is_cut else "")
+
+    def fields(self):
+        names = ("nRefs", "nDataLength", "nAllocLength")
+        return (int(self.header[name]) for name in names)
 
     def is_string(self):
-        refs, length, capacity = map(int, self.fields)
+        refs, length, capacity = self.fields()
         if capacity == 0:  # the nil string
             return refs == -1 and length == 0
-        return (refs == -1 or refs > 0) and length >= 0 and capacity > 0
+        return (refs == -1 or refs > 0) and 0 <= length <= capacity
 
-    def children(self):
-        try:
-            if not buffers.value or not self.is_string():
-                return
-        except RuntimeError:
-            return
-        refs, length, capacity = self.fields
-        if refs > 0:
-            yield "refs", refs
-        elif capacity > 0:
-            yield "locked", True
-        else:
-            yield "nil", True
-        yield "length", length
-        yield "capacity", capacity
+    def state(self):
+        refs, _, capacity = self.fields()
+        if capacity == 0:
+            return "nil"
+        return f"{'locked' if refs == -1 else f'refs {refs}'}, capacity {capacity}"
+
+    def array(self, length):
+        """So many characters, as far as gdb reads such long values. With the terminator where all
+        are shown: gdb leaves out a zero at the end, and that must not be one of the text."""
+        character = self.characters.type.target()
+        length = min(length, most_bytes() // character.sizeof - 1)
+        last = length if self.characters[length] == 0 else length - 1
+        return self.characters.cast(character.array(last).pointer()).dereference()
 
 
 def text_of(value):
-    """A string's text alone: in a table of settings, the state of every buffer is in the way."""
-    is_string = value.type.strip_typedefs().name.startswith("qor_text::CQorStringT<")
-    return StringPrinter(value).to_string() if is_string else value
+    """A string's characters alone: in a table, the state of every buffer is in the way."""
+    if not (value.type.strip_typedefs().name or "").startswith("qor_text::CQorStringT<"):
+        return value
+    printer = StringPrinter(value)
+    try:
+        if printer.characters == 0 or not printer.is_string():
+            return value
+        _, length, _ = printer.fields()
+        return printer.array(length)
+    except RuntimeError:
+        return value
+
+
+class Buffer(gdb.Function):
+    """The state of the buffer of a string: $qor_buffer(CQorStringT).
+
+    nRefs is the number of strings that share it, -1 when it is locked or that of the nil string;
+    nDataLength and nAllocLength are its length and its capacity in characters."""
+
+    def __init__(self):
+        super().__init__("qor_buffer")
+
+    def invoke(self, string):
+        return header_of(string)
+
+
+Buffer()
 
 
 # --- Settings ------------------------------------------------------------------------------------
@@ -109,8 +129,6 @@ def text_of(value):
 class MapPrinter(Printer):
     """A map by name. It is walked here: a cross debugger may know nothing of the target's standard
     library, and this walk ends also in memory that is no map."""
-
-    DEEPEST = 128  # no tree of 64-bit addresses is deeper
 
     def __init__(self, container):
         tree = container["_M_t"]
@@ -136,18 +154,18 @@ class MapPrinter(Printer):
         if root == 0:
             return iter(())
         # A function's result has no address: there, the root is taken at its word.
-        return self.subtree(root, self.header.address or root["_M_parent"], 0)
+        return self.subtree(root, self.header.address or root["_M_parent"])
 
-    def subtree(self, node, parent, depth):
+    def subtree(self, node, parent):
         """In order. It comes to an end, for a node has one parent, and is one of its children."""
         left, right = node["_M_left"], node["_M_right"]
-        if node["_M_parent"] != parent or depth > self.DEEPEST or left == right != 0:
+        if node["_M_parent"] != parent or left == right != 0:
             raise gdb.MemoryError("Not a node of this map")
         if left != 0:
-            yield from self.subtree(left, node, depth + 1)
+            yield from self.subtree(left, node)
         yield node
         if right != 0:
-            yield from self.subtree(right, node, depth + 1)
+            yield from self.subtree(right, node)
 
 
 class StorePrinter(MapPrinter):
@@ -161,17 +179,17 @@ class SectionPrinter(MapPrinter):
 
     def __init__(self, value):
         super().__init__(value["values"])
-        self.name = StringPrinter(value["name"])
+        self.name = text_of(value["name"])
 
     def text(self):
-        return self.name.to_string()
+        return self.name.format_string(max_elements=most_elements())
 
 
 class ArrayPrinter(Printer):
     def __init__(self, value):
         storage = value["items_"]["_M_impl"]
         self.start, self.finish = storage["_M_start"], storage["_M_finish"]
-        if self.start.type.target().sizeof == 0:  # an array of bool has no target
+        if self.start.type.strip_typedefs().target().sizeof == 0:  # of bool, it has no target
             raise gdb.error("The program does not say what the items are")
 
     def length(self):
@@ -296,8 +314,6 @@ def maker(printer):
 
     def make(value):
         try:
-            if value.type.code in (gdb.TYPE_CODE_REF, gdb.TYPE_CODE_RVALUE_REF):
-                value = value.referenced_value()
             return printer(value)
         except RuntimeError:
             return None

@@ -173,6 +173,7 @@ class QORUTILS_API bignum_t {
     /// Whether the value is 0. False for NaN.
     bool isZero() const;
 
+    /// Whether the value is below 0.
     /// On purpose: always false, whatever the sign.
     bool isNegative() const { return false; }
 

@@ -142,16 +142,18 @@ class QORUTILS_API TFileEnumerator {
     qor_text::CQorStringT<char> narrowPattern_;
 };
 
+/// @name The names of a directory itself and of the one above it
 /// @{
+
 /// Whether s is "." exactly.
 QORUTILS_API bool IsDot(qor_text::CQorStringT<wchar_t> const& s);
+/// Whether s is "." exactly.
 QORUTILS_API bool IsDot(qor_text::CQorStringT<char> const& s);
-/// @}
-
-/// @{
 /// Whether s is ".." exactly.
 QORUTILS_API bool IsDotDot(qor_text::CQorStringT<wchar_t> const& s);
+/// Whether s is ".." exactly.
 QORUTILS_API bool IsDotDot(qor_text::CQorStringT<char> const& s);
+
 /// @}
 
 }  // namespace base

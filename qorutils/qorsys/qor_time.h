@@ -132,12 +132,18 @@ class QORUTILS_API CTime {
     /// On purpose: 0 for years up to 1899, with no check of the other fields.
     CTime(_SYSTEMTIME const& st, int dst);
 
-    /// On purpose: 0, whatever the arguments are.
+    /// 1970-01-01 00:00:00 UTC.
+    /// On purpose: whatever the arguments are; base::to_time_t() reads a file time.
     CTime(_FILETIME const& ft, int dst) noexcept;
+
+    /// @}
+    /// @name The present, and file times
+    /// @{
 
     /// The present time, in whole seconds.
     static CTime GetCurrentTime() noexcept;
 
+    /// Whether a time can be made from ft.
     /// On purpose: always false.
     static bool IsValidFILETIME(_FILETIME const& ft) noexcept;
 
@@ -148,8 +154,10 @@ class QORUTILS_API CTime {
     /// Seconds since 1970 UTC.
     long long GetTime() const noexcept { return time_.GetTimeSpan(); }
 
+    /// The calendar fields of UTC.
     /// On purpose: always null; `*out` is untouched.
     std::tm* GetGmtTm(std::tm* out) const noexcept;
+    /// The calendar fields of local time.
     /// On purpose: always null; `*out` is untouched.
     std::tm* GetLocalTm(std::tm* out) const noexcept;
 
@@ -168,7 +176,7 @@ class QORUTILS_API CTime {
     int GetDayOfWeek() const noexcept;
 
     /// @}
-    /// @name Records, texts and the time zone
+    /// @name Records and texts
     /// @{
 
     /// Stores the local calendar fields, Sunday as day 0 of the week. On purpose: always false,
@@ -179,6 +187,10 @@ class QORUTILS_API CTime {
     qor_text::CQorStringT<wchar_t> Format(wchar_t const* format) const;
     /// As wcsftime, of UTC. On purpose: always empty, since GetGmtTm() gives none.
     qor_text::CQorStringT<wchar_t> FormatGmt(wchar_t const* format) const;
+
+    /// @}
+    /// @name The time zone, and XML
+    /// @{
 
     /// The difference between local time and UTC.
     /// On purpose: returns 0; the arguments are untouched.

@@ -236,7 +236,7 @@ class QORUTILS_API CQorStringT {
     /// @name Length
     /// @{
 
-    /// In characters, terminator excluded.
+    /// The length in characters, terminator excluded.
     int GetLength() const noexcept { return GetData()->nDataLength; }
     int size() const noexcept { return GetLength(); }
     int length() const noexcept { return GetLength(); }
@@ -373,22 +373,31 @@ class QORUTILS_API CQorStringT {
 
     /// @}
     /// @name Trimming
-    /// They make the buffer private even when nothing changes in it, unless stated.
+    /// They make the buffer private even when nothing changes in it, unless stated. The trailing
+    /// run is the one before the first zero among the characters.
     /// @{
 
-    /// Removes white space (iswspace), the character ch, or any character of set. The trailing run
-    /// is the one before the first zero among the characters. On purpose: char strings test each
-    /// byte by itself with iswspace, whatever multibyte character it belongs to.
-    /// TrimLeft and TrimRight with a null set, and TrimLeft with an empty one, change and copy
-    /// nothing.
+    /// Removes trailing white space (iswspace).
+    /// On purpose: char strings test each byte by itself with iswspace, whatever multibyte
+    /// character it belongs to; so do TrimLeft() and Trim().
     CQorStringT& TrimRight();
+    /// Removes leading white space.
     CQorStringT& TrimLeft();
+    /// Removes white space at both ends.
     CQorStringT& Trim();
+    /// Removes each trailing ch.
     CQorStringT& TrimRight(T ch);
+    /// Removes each leading ch.
     CQorStringT& TrimLeft(T ch);
+    /// Removes ch at both ends.
     CQorStringT& Trim(T ch);
+    /// Removes trailing characters that are in set. With a null set, changes and copies nothing.
     CQorStringT& TrimRight(T const* set);
+    /// Removes leading characters that are in set. With a null or empty set, changes and copies
+    /// nothing.
     CQorStringT& TrimLeft(T const* set);
+    /// Removes characters that are in set at both ends. With a null set, changes and copies
+    /// nothing.
     CQorStringT& Trim(T const* set);
 
     /// @}

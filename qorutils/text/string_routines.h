@@ -16,6 +16,7 @@
 
 #include "qorutils/text/c_string.h"
 #include "qorutils/text/text_search.h"
+#include "qorutils/text/wide_format.h"
 
 namespace qor_text {
 
@@ -104,7 +105,7 @@ inline int FormatConsuming(char* to, std::size_t limit, char const* format, va_l
     return std::vsnprintf(to, limit, format, args);
 }
 inline int FormatConsuming(wchar_t* to, std::size_t limit, wchar_t const* format, va_list args) {
-    return std::vswprintf(to, limit, format, args);
+    return FormatWide(to, limit, format, args);
 }
 
 // The length of the text, or a negative number: for wchar_t also when it does not fit. The caller's

@@ -61,6 +61,7 @@ void ShowStrings() {
     array.Add("first");
     array.Add("second");
     Numbers noNumbers;
+    qor_templ::CQorArray<bool> noAnswers;
     Stop();
 }
 
@@ -68,18 +69,23 @@ void ShowNoStrings() {
     Buffer huge = {7, INT32_MAX, INT32_MAX, ""};
     for (int i = 0; i < 500; ++i) huge.text[i] = static_cast<char>('a' + i % 26);
     Buffer freed = {0, 4, 4, "gone"};
+    Buffer unlocked = {-2, 4, 4, "text"};
     Buffer negative = {1, -4, 4, "text"};
+    Buffer overrun = {1, 5, 4, "texts"};
     Buffer written = {-1, 1, 0, "x"};
 
-    void* words[] = {huge.text, freed.text, negative.text, written.text, nullptr, kNowhere};
+    void* words[] = {huge.text,    freed.text,   unlocked.text, negative.text,
+                     overrun.text, written.text, nullptr,       kNowhere};
     void* backwards[] = {huge.text, huge.text - 8, nullptr};
     void* lost[] = {nullptr, kNowhere, nullptr};
     String& hugeLength = TakenFor<String>(words[0]);
     String& freedBuffer = TakenFor<String>(words[1]);
-    String& negativeLength = TakenFor<String>(words[2]);
-    String& writtenNil = TakenFor<String>(words[3]);
-    String& null = TakenFor<String>(words[4]);
-    String& nowhere = TakenFor<String>(words[5]);
+    String& unlockedTwice = TakenFor<String>(words[2]);
+    String& negativeLength = TakenFor<String>(words[3]);
+    String& longerThanRoom = TakenFor<String>(words[4]);
+    String& writtenNil = TakenFor<String>(words[5]);
+    String& null = TakenFor<String>(words[6]);
+    String& nowhere = TakenFor<String>(words[7]);
     Numbers& negativeSize = TakenFor<Numbers>(backwards);
     Numbers& nullNumbers = TakenFor<Numbers>(lost);
     Stop();
@@ -87,6 +93,8 @@ void ShowNoStrings() {
 
 void ShowSettings() {
     qor_settings::CThreeTupleStore empty;
+    qor_settings::CThreeTupleStore single;
+    single[L"Only"].name = L"Only";
     qor_settings::CThreeTupleStore store;
     store[L"Port"].name = L"Port";
     store[L"Port"].values[L"Speed"] = L"9600";
@@ -101,6 +109,15 @@ void ShowSettings() {
     void* copy[6];
     std::memcpy(copy, static_cast<void*>(&store), sizeof store);
     qor_settings::CThreeTupleStore& copiedBytes = TakenFor<qor_settings::CThreeTupleStore>(copy);
+
+    // A node (colour, parent, left, right, entry) whose two children are one.
+    void* child[8] = {};
+    void* node[8] = {};
+    void* twins[6] = {nullptr, nullptr, node};
+    child[1] = node;
+    node[1] = twins + 1;
+    node[2] = node[3] = child;
+    qor_settings::CThreeTupleStore& oneChildTwice = TakenFor<qor_settings::CThreeTupleStore>(twins);
     Stop();
 }
 

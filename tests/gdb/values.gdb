@@ -27,8 +27,13 @@ print -elements 5 -- narrow
 print -elements 10 -- narrow
 print -elements 4 -- list
 print /r narrow
-with print qor-buffers off -- info locals
-show print qor-buffers
+print $qor_buffer(shared)
+print $qor_buffer(reference).nRefs
+# What a development environment asks for.
+interpreter-exec mi2 "-enable-pretty-printing"
+interpreter-exec mi2 "-var-create - * narrow"
+interpreter-exec mi2 "-var-create - * array"
+interpreter-exec mi2 "-var-list-children --all-values var2"
 
 continue
 up-silently

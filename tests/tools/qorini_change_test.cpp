@@ -128,8 +128,11 @@ TEST_F(Qorini, RemovesASectionButItsComments) {
 }
 
 TEST_F(Qorini, LeavesAFileThatCanBeReadWhenAllIsRemoved) {
-    EXPECT_EQ("\n\n", Changed("[A]\nk=1\n", "unset", {"A"}));
-    EXPECT_EQ(WideBytes(L"\r\n\r\n"), Changed(WideBytes(L"[A]\r\nk=1\r\n"), "unset", {"A", "k"}));
+    EXPECT_EQ("\n", Changed("[A]\nk=1\n", "unset", {"A"}));
+    EXPECT_EQ(WideBytes(L"\r\n\r\n"), Changed(WideBytes(L"[A]\r\nk=1\r\n"), "unset", {"A", "k"}))
+        << "wide text is recognised by more than 8 bytes";
+    EXPECT_EQ(WideBytes(L"\n\n\n"), Changed(WideBytes(L"[A]\nk=1\n"), "unset", {"A", "k"}));
+    EXPECT_EQ(WideBytes(L" \n\n"), Changed(WideBytes(L"[A]\nk=1\n \n"), "unset", {"A", "k"}));
     EXPECT_EQ("[B]\nl=2\n\n", Changed("\n\n", "set", {"B", "l", "2"}));
 }
 
@@ -169,6 +172,8 @@ TEST_F(Qorini, ConvertsIntoAnotherFile) {
 TEST_F(Qorini, RefusesToConvertWhatWouldBeLost) {
     ExpectRefused("[\u20AC]\nk=1\n", ": not written, as a program would mistake its encoding",
                   "convert", {});
+    ExpectRefused("", ": not written, as a program would mistake its encoding", "convert",
+                  {"--to", "utf16"});
     ExpectRefused(std::string("[A]\nk=1\n\0rest", 13),
                   ": what stands behind the end of the text cannot be converted", "convert", {});
     ExpectRefused(std::string("[A]\nk=1\0rest\n", 13),
@@ -178,6 +183,14 @@ TEST_F(Qorini, RefusesToConvertWhatWouldBeLost) {
                   "convert", {});
     ExpectRefused(WideBytes(L"[A]\nk=\u20AC\n"),
                   ": line 2 is not text in the locale's encoding, ASCII", "convert", {});
+}
+
+TEST_F(Qorini, TakesAnEmptyWordForNoOption) {
+    for (char const* const option : {"-o", "--output", "--to"}) {
+        directory_.MakeFile("f.ini", "[A]\nk=1\n");
+        EXPECT_EQ(2, Run({"convert", Path("f.ini"), option, ""}).status) << option;
+        EXPECT_EQ("[A]\nk=1\n", directory_.Content("f.ini")) << option;
+    }
 }
 
 TEST_F(Qorini, KnowsTwoEncodings) {

@@ -74,6 +74,10 @@ TEST_F(QoriniCheck, FindsWhatIsNoText) {
     ExpectFindings("2: the line is cut where it is " + notText + "\n", "[A]\nk=v\xFFw\n");
     ExpectFindings("2: the line is cut where it is " + notText + "\n",
                    std::string("[A]\nk=v\0w\n", 10));
+    ExpectFindings("1: the line is cut where it is " + notText +
+                       "\n4: blanks end the section [A]\n" + "4: the line is cut where it is " +
+                       notText + "\n",
+                   std::string(" \0k=1\n[A]\nk=1\n \0k=1\n", 20));
     ExpectFindings("3: the line is " + notText + ", and ends the section\n", "[A]\nk=1\n\xFFk=2\n");
     ExpectFindings("3: a zero character ends the text: nothing from here on is read\n",
                    std::string("[A]\nk=1\n\0[B]\n", 13));
@@ -105,6 +109,17 @@ TEST_F(QoriniCheck, FindsWhatAWritingProgramLosesAndMoves) {
         "4: 'a' moves up\n"
         "6: [A] moves up\n",
         "# c\n[B]\nb=1\na=2\n\n[A]\na=1\nb=2\n", {"check", "--rewrite"});
+    ExpectFindings("1: the byte-order mark is lost\n", "\xEF\xBB\xBF[A]\nk=1\n",
+                   {"check", "--rewrite"});
+}
+
+TEST_F(QoriniCheck, FindsThatWideTextWouldNotBeRecognisedAgain) {
+    ExpectFindings(
+        "1: a program that writes the file makes it unreadable: wide text cannot begin with "
+        "[\u20AC]\n"
+        "1: the comment is lost\n",
+        WideBytes(L"# c\n[\u20AC]\nk=1\n"), {"check", "--rewrite"});
+    ExpectFindings("", "[\u20AC]\nk=1\n", {"check", "--rewrite"});
 }
 
 TEST_F(QoriniCheck, KeepsTerminalCodesOutOfItsFindings) {

@@ -138,6 +138,8 @@ TEST_F(Qorini, ExplainsItself) {
         ExpectOut(outcome.out, {"help", command});
         EXPECT_NE(std::string::npos, help.out.find("\n  " + command + " ")) << help.out;
     }
+    ExpectComplaint(2, "'help' is not a command; see 'qorini --help'", {"help", "help"});
+    ExpectComplaint(2, "'--help' is not a command; see 'qorini --help'", {"--help", "--help"});
     ExpectOut("qorini " QORUTILS_VERSION_STRING "\n", {"--version"});
 }
 
@@ -149,6 +151,7 @@ TEST_F(Qorini, RefusesWrongUsage) {
                     {"set", "f", "A", "k", "v", "w"});
     EXPECT_EQ(2, Run({"get", "--wrong", "f", "A", "k"}).status);
     EXPECT_EQ(2, Run({"convert", "f", "-o"}).status);
+    EXPECT_EQ(2, Run({"check", "--operand", "f"}).status);
 }
 
 TEST_F(Qorini, FailsWhenItsOutputIsNotTaken) {

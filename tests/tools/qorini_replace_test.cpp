@@ -113,9 +113,29 @@ TEST_F(QoriniReplace, RemovesWhatAKilledProcessLeft) {
     EXPECT_FALSE(directory_.Has(".qorini.new"));
 }
 
+TEST_F(QoriniReplace, ChangesNoFileThatIsCalledAsItsNewOnes) {
+    directory_.MakeFile(".qorini.new", "[A]\nk=1\n");
+    std::string const path = Path(".qorini.new");
+    ExpectComplaint(3, path + ": the name is kept for new files that are being written",
+                    {"set", path, "A", "k", "2"});
+    EXPECT_EQ("[A]\nk=1\n", directory_.Content(".qorini.new"));
+}
+
+TEST_F(QoriniReplace, LeavesAloneWhereALinkInTheWayLeads) {
+    directory_.MakeFile("f.ini", "[A]\nk=1\n");
+    directory_.MakeFile("victim", "precious");
+    directory_.MakeLink(".qorini.new", "victim");
+    ExpectOut("", {"set", Path("f.ini"), "A", "k", "2"});
+    EXPECT_EQ("[A]\nk=2\n", directory_.Content("f.ini"));
+    EXPECT_TRUE(S_ISREG(Status("f.ini").st_mode));
+    EXPECT_EQ("precious", directory_.Content("victim"));
+    EXPECT_FALSE(directory_.Has(".qorini.new"));
+}
+
 TEST_F(QoriniReplace, WritesRegularFilesOnly) {
     directory_.MakeFolder("folder");
     ExpectComplaint(3, Path("folder") + ": Is a directory", {"set", Path("folder"), "A", "k", "1"});
+    ExpectComplaint(3, "/: Is a directory", {"set", "/", "A", "k", "1"});
     ASSERT_EQ(0, mkfifo(Path("fifo").c_str(), 0600));
     ExpectComplaint(3, Path("fifo") + ": not a regular file", {"set", Path("fifo"), "A", "k", "1"});
     directory_.Remove("fifo");

@@ -58,6 +58,14 @@ Complaint UsageComplaint(std::string const& what, std::string const& command) {
     return Complaint(what + "; see 'qorini " + command + "--help'", kUsage);
 }
 
+void RefuseEmpty(std::string const& word) {
+    if (word.empty()) throw po::error("the value of an option is empty");
+}
+
+po::typed_value<std::string>* WordInto(std::string* word) {
+    return po::value(word)->notifier(RefuseEmpty);
+}
+
 po::options_description OptionsOf(Command const& command, Request* request) {
     po::options_description options("Options");
     auto add = options.add_options();
@@ -66,9 +74,8 @@ po::options_description OptionsOf(Command const& command, Request* request) {
         add("rewrite", po::bool_switch(&request->ofRewriting),
             "also what is lost or moves when a program writes the settings");
     if (name == "convert") {
-        add("to", po::value<std::string>(&request->encoding)->value_name("ENCODING"),
-            "utf16 or 8bit");
-        add("output,o", po::value<std::string>(&request->output)->value_name("OUT"),
+        add("to", WordInto(&request->encoding)->value_name("ENCODING"), "utf16 or 8bit");
+        add("output,o", WordInto(&request->output)->value_name("OUT"),
             "the file to write; FILE itself without this");
     }
     add("help,h", "this text");
@@ -109,24 +116,22 @@ std::size_t FirstOperand(std::vector<std::string> const& words) {
     return static_cast<std::size_t>(found - words.begin()) + (isTerminator ? 1 : 0);
 }
 
-// The options put their values where OptionsOf said; the rest is in the result.
-po::variables_map Parse(Command const& command, std::vector<std::string> const& words,
-                        po::options_description const& options) {
-    po::options_description all;
-    all.add(options).add_options()("operand", po::value<std::vector<std::string>>());
-    po::positional_options_description operands;
-    operands.add("operand", -1);
+// The options put their values where OptionsOf said, the operands go to the request, too. Whether
+// help is wanted.
+bool Parse(Command const& command, std::vector<std::string> const& words,
+           po::options_description const& options, Request* request) {
     constexpr int kStyle =
         po::command_line_style::default_style & ~po::command_line_style::allow_guessing;
-    po::variables_map given;
     try {
-        auto parser = po::command_line_parser(words);
-        po::store(parser.options(all).positional(operands).style(kStyle).run(), given);
+        auto const parsed = po::command_line_parser(words).options(options).style(kStyle).run();
+        po::variables_map given;
+        po::store(parsed, given);
         po::notify(given);
+        request->operands = po::collect_unrecognized(parsed.options, po::include_positional);
+        return given.count("help") > 0;
     } catch (po::error const& error) {
         throw UsageComplaint(error.what(), std::string(command.name) + " ");
     }
-    return given;
 }
 
 ExitStatus RunCommand(Command const& command, std::vector<std::string> const& words,
@@ -135,13 +140,10 @@ ExitStatus RunCommand(Command const& command, std::vector<std::string> const& wo
     auto const options = OptionsOf(command, &request);
     std::size_t const split = command.takesOptionsBehind ? words.size() : FirstOperand(words);
     auto const rest = words.begin() + static_cast<std::ptrdiff_t>(split);
-    auto const given = Parse(command, {words.begin(), rest}, options);
-    if (given.count("help") > 0) {
+    if (Parse(command, {words.begin(), rest}, options, &request)) {
         *out += HelpOn(command, options);
         return kOk;
     }
-    if (given.count("operand") > 0)
-        request.operands = given["operand"].as<std::vector<std::string>>();
     request.operands.insert(request.operands.end(), rest, words.end());
     if (request.operands.size() < command.fewest || request.operands.size() > command.most)
         throw UsageComplaint(std::string(command.name) + " takes " + command.synopsis,
@@ -153,17 +155,22 @@ ExitStatus RunCommand(Command const& command, std::vector<std::string> const& wo
 
 ExitStatus Run(std::vector<std::string> const& words, std::string* out) {
     if (words.empty()) throw UsageComplaint("there is no command", "");
-    std::string const& first = words[0];
-    bool const isHelp = first == "--help" || first == "-h" || first == "help";
-    if (isHelp && words.size() > 1) return Run({words[1], "--help"}, out);
-    if (isHelp) *out += Help();
-    if (first == "--version") *out += "qorini " QORUTILS_VERSION_STRING "\n";
-    if (isHelp || first == "--version") return kOk;
+    bool const isHelp = words[0] == "--help" || words[0] == "-h" || words[0] == "help";
+    bool const isHelpOnOne = isHelp && words.size() > 1;
+    if (isHelp && !isHelpOnOne) {
+        *out += Help();
+        return kOk;
+    }
+    if (words[0] == "--version") {
+        *out += "qorini " QORUTILS_VERSION_STRING "\n";
+        return kOk;
+    }
 
+    std::string const& name = words[isHelpOnOne ? 1 : 0];
     auto const command = std::find_if(std::begin(kCommands), std::end(kCommands),
-                                      [&first](Command const& each) { return each.name == first; });
-    if (command == std::end(kCommands))
-        throw UsageComplaint("'" + first + "' is not a command", "");
+                                      [&name](Command const& each) { return each.name == name; });
+    if (command == std::end(kCommands)) throw UsageComplaint("'" + name + "' is not a command", "");
+    if (isHelpOnOne) return RunCommand(*command, {"--help"}, out);
     return RunCommand(*command, {words.begin() + 1, words.end()}, out);
 }
 

@@ -74,10 +74,10 @@ struct IniFile {
 // Writes the text if it reads as expected.
 void Replace(TargetFile* target, std::string const& path, std::string const& bytes,
              Settings const& expected) {
+    IniDocument const document(bytes);
+    if (document.isWide() != expected.isWide)
+        throw Complaint(path + ": not written, as a program would mistake its encoding");
     target->Replace(bytes, [&](int file) {
-        IniDocument const document(bytes);
-        if (document.isWide() != expected.isWide)
-            throw Complaint(path + ": not written, as a program would mistake its encoding");
         Fault const fault = document.FirstFault();
         if (fault.line != 0 || !(About(path, [file] { return ReadSettings(file); }) == expected))
             throw Complaint(path + ": not written, as it would not read the same");

@@ -44,15 +44,6 @@ std::string ReadAll(int file, std::string const& path) {
     return bytes;
 }
 
-void WriteAll(int file, std::string const& bytes, std::string const& path) {
-    for (std::size_t size = 0; size < bytes.size();) {
-        ssize_t const n = write(file, bytes.data() + size, bytes.size() - size);
-        if (n == -1 && errno == EINTR) continue;
-        if (n <= 0) throw SystemComplaint(path);
-        size += static_cast<std::size_t>(n);
-    }
-}
-
 // Those that a user sends wait until the object goes: the new file is then in place, or removed.
 class HeldSignals {
   public:
@@ -140,14 +131,18 @@ std::string FolderOf(std::string const& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-// The path of the file itself, which may be missing.
+// Not by whether there is something: that may be a file that another process has just made.
+bool IsLink(std::string const& path) {
+    char target;
+    return readlink(path.c_str(), &target, 1) != -1;
+}
+
+// The path of the file itself, which may be missing. It ends in a name, in "." for the root folder.
 std::string Resolved(std::string const& path) {
-    std::string real = RealPath(path);
-    if (!real.empty()) return real;
+    std::string const real = RealPath(path);
+    if (!real.empty()) return real == "/" ? "/." : real;
     if (errno != ENOENT || path.empty() || path.back() == '/') throw SystemComplaint(path);
-    struct stat64 status;
-    if (lstat64(path.c_str(), &status) == 0)
-        throw Complaint(path + ": a symbolic link that leads nowhere");
+    if (IsLink(path)) throw Complaint(path + ": a symbolic link that leads nowhere");
     std::string const folder = RealPath(FolderOf(path));
     if (folder.empty()) throw SystemComplaint(path);
     return folder + "/" + path.substr(path.rfind('/') + 1);
@@ -172,6 +167,15 @@ std::string ReadFile(std::string const& path) {
     return ReadAll(file.get(), path);
 }
 
+void WriteAll(int file, std::string const& bytes, std::string const& path) {
+    for (std::size_t size = 0; size < bytes.size();) {
+        ssize_t const n = write(file, bytes.data() + size, bytes.size() - size);
+        if (n == -1 && errno == EINTR) continue;
+        if (n <= 0) throw SystemComplaint(path);
+        size += static_cast<std::size_t>(n);
+    }
+}
+
 mode_t PermissionsOf(std::string const& path) {
     struct stat64 status;
     if (stat64(path.c_str(), &status) != 0) throw SystemComplaint(path);
@@ -184,6 +188,8 @@ TargetFile::TargetFile(std::string const& path, mode_t newMode)
       name_(realPath_.substr(realPath_.rfind('/') + 1)),
       folder_(OpenFolder(FolderOf(realPath_), path)),
       newMode_(newMode) {
+    if (name_ == kNewName)
+        throw Complaint(path + ": the name is kept for new files that are being written");
     int result = 0;
     do result = flock(folder_.get(), LOCK_EX);
     while (result == -1 && errno == EINTR);

@@ -28,6 +28,9 @@ class Descriptor {
 // Of a regular file of less than 2 GiB, as the settings store reads no other. It may be a link.
 std::string ReadFile(std::string const& path);
 
+// To a descriptor; `path` is for the Complaint.
+void WriteAll(int file, std::string const& bytes, std::string const& path);
+
 // Who may read, write and execute it.
 mode_t PermissionsOf(std::string const& path);
 

@@ -47,6 +47,18 @@ class Checker {
         if (document_.IsForeign()) Say("refused: " + document_.FirstFault().what);
         if (document_.IsMarkedUtf8() && !IsUtf8Locale())
             Say("the file is marked as UTF-8, but read in " + LocaleEncoding());
+        if (ofRewriting_) CheckBeginning();
+    }
+
+    // Wide text is recognised by its mark, which is not written, or by its first characters.
+    void CheckBeginning() {
+        if (document_.textBegin() > 0) Say("the byte-order mark is lost");
+        if (!document_.isWide() || filled_.empty()) return;
+        Text const header = L"[" + *filled_.begin() + L"]";
+        std::string bytes;
+        if (EncodeFor(true, header + L"\r\n", &bytes) && !IniDocument(bytes).isWide())
+            Say("a program that writes the file makes it unreadable: wide text cannot begin with " +
+                Shown(header));
     }
 
     void CheckLine(IniLine const& line) {
@@ -56,6 +68,7 @@ class Checker {
             case LineKind::kBlank:
                 if (!line.section.IsEmpty())
                     Say("blanks end the section " + InBrackets(line.section));
+                if (!line.isWhole) SayCut();
                 return;
             case LineKind::kComment:
                 if (ofRewriting_) Say("the comment is lost");

@@ -29,7 +29,7 @@ std::string Without(IniDocument const& document, IsWanted const& isUnwanted) {
     for (IniLine const& line : document.lines())
         if (!isUnwanted(line)) bytes.append(document.bytes(), line.begin, line.next - line.begin);
     // The store cannot read a file of 0 bytes, nor recognise wide text of 8.
-    if (bytes.size() == document.textBegin()) bytes += document.LineEnd() + document.LineEnd();
+    while (bytes.size() <= (document.isWide() ? 8 : 0)) bytes += document.LineEnd();
     return bytes.append(document.bytes(), document.textEnd(), std::string::npos);
 }
 

@@ -2,10 +2,8 @@
 
 #include <signal.h>
 
-#include <cerrno>
 #include <clocale>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <new>
 #include <string>

@@ -1,10 +1,11 @@
 #include "tools/qorini/settings.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
-#include <cstdio>
-#include <memory>
 
 #include "tools/qorini/complaint.h"
+#include "tools/qorini/file_bytes.h"
 
 namespace qorini {
 
@@ -20,8 +21,6 @@ bool IsSameSection(Section const& one, Section const& other) {
     return IsSame(one.name, other.name) && one.values.size() == other.values.size() &&
            std::equal(one.values.begin(), one.values.end(), other.values.begin(), isSameSetting);
 }
-
-using Stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 }  // namespace
 
@@ -43,12 +42,10 @@ Text const* FindValue(Settings const& settings, Text const& section, Text const&
 
 Settings ReadSettings(std::string const& bytes) {
     if (bytes.empty()) return {{}, false};
-    Stream const copy(std::tmpfile(), std::fclose);
-    if (copy == nullptr) throw SystemComplaint("temporary file");
-    if (std::fwrite(bytes.data(), 1, bytes.size(), copy.get()) != bytes.size() ||
-        std::fflush(copy.get()) != 0)
-        throw SystemComplaint("temporary file");
-    return ReadSettings(fileno(copy.get()));
+    Descriptor const copy(memfd_create("settings", MFD_CLOEXEC));
+    if (copy.get() == -1) throw SystemComplaint("copy in memory");
+    WriteAll(copy.get(), bytes, "copy in memory");
+    return ReadSettings(copy.get());
 }
 
 Settings ReadSettings(int file) {

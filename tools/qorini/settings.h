@@ -21,8 +21,8 @@ bool operator==(Settings const& one, Settings const& other);
 Text const* FindValue(Settings const& settings, Text const& section, Text const& key);
 
 // The settings in a text, which is no file of 0 bytes to the store then, but one without settings.
-// The store reads a copy that nobody else knows: it neither needs to be writable for the user nor
-// can it be cut short meanwhile. Throws a Complaint, without a file's name.
+// The store reads a copy in memory: it neither needs to be writable for the user nor can it be cut
+// short meanwhile, and there may be no room on any disk. Throws a Complaint, without a file's name.
 Settings ReadSettings(std::string const& bytes);
 
 // The same for an open file of at least one byte.
