@@ -1,6 +1,7 @@
 // Which log qorlog shows when none is named.
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <string>
 
@@ -70,6 +71,16 @@ TEST_F(QorLogChoosing, KnowsTheNamesOfLogs) {
     directory_.MakeFile("survey1.txt", "");
     EXPECT_EQ("survey110", Chosen({}));
     EXPECT_EQ("survey110", Chosen({"--program", "survey1"}));
+}
+
+TEST_F(QorLogChoosing, TakesNothingButFiles) {
+    MakeNamedLog("survey1", 10);
+    std::string const folders[] = {directory_.Path("survey2.log.txt"),
+                                   directory_.Path("other1.log.txt")};
+    for (std::string const& folder : folders) ASSERT_EQ(0, mkdir(folder.c_str(), 0700));
+    EXPECT_EQ("survey1", Chosen({}));
+    EXPECT_EQ("survey1", Chosen({"--program", "survey"}));
+    for (std::string const& folder : folders) rmdir(folder.c_str());
 }
 
 TEST_F(QorLogChoosing, LooksIntoTheTemporaryDirectory) {

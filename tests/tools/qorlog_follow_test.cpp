@@ -2,6 +2,8 @@
 
 #include <qorutils/fs/generated_names.h>
 
+#include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <string>
@@ -18,6 +20,16 @@ class QorLogFollowing : public QorLog {
     }
 
     void AddLine(std::string const& message) const { AppendTo(Path(), Line(message)); }
+
+    // When the log is a pipe.
+    void WaitUntilRead() const {
+        int const pipe = open(Path().c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        for (int waiting = 1; waiting != 0;) {
+            poll(nullptr, 0, 1);
+            ASSERT_EQ(0, ioctl(pipe, FIONREAD, &waiting));
+        }
+        close(pipe);
+    }
 
     // Begins the program's next log, as the library does, and returns its path.
     std::string BeginNextLog() const {
@@ -166,6 +178,43 @@ TEST_F(QorLogFollowing, ShowsWhatIsThereOfALineWhenItIsEnded) {
     program.Send(SIGTERM);
     EXPECT_EQ("00001.000 ; 7 ; not yet who\n", program.OutputUpTo("who\n"));
     EXPECT_EQ(SIGTERM, program.EndingSignal());
+}
+
+TEST_F(QorLogFollowing, ShowsWhatIsThereOfTheFirstLineWhenItIsEnded) {
+    ASSERT_EQ(0, mkfifo(Path().c_str(), 0600));
+    RunningProgram program({"-f", Path()});
+    {
+        std::ofstream writer(Path(), std::ios::binary);
+        writer << LogBytes(U"00000.000 ; 7 ; Program") << std::flush;
+        WaitUntilRead();
+        program.Send(SIGTERM);
+    }
+    EXPECT_EQ("00000.000 ; 7 ; Program\n", program.OutputUpTo("Program\n"));
+    EXPECT_EQ(SIGTERM, program.EndingSignal());
+    unlink(Path().c_str());
+}
+
+// Who ends it behind a program that has ended finds all that this one logged.
+TEST_F(QorLogFollowing, ShowsWhatWasLoggedJustBeforeItIsEnded) {
+    MakeLog(U"");
+    RunningProgram program({"-f", Path()});
+    program.OutputUpTo(kShownBanner);
+    program.Send(SIGSTOP);
+    AddLine("last words");
+    program.Send(SIGTERM);
+    program.Send(SIGCONT);
+    EXPECT_EQ("00001.000 ; 7 ; last words\n", program.OutputUpTo("words\n"));
+    EXPECT_EQ(SIGTERM, program.EndingSignal());
+}
+
+TEST_F(QorLogFollowing, EndsByTheSignalThatInterruptsItsWaitForAWriter) {
+    RunningProgram program({"-f", Path()});
+    program.ComplaintsUpTo("no log yet; waiting for it\n");
+    ASSERT_EQ(0, mkfifo(Path().c_str(), 0600));
+    poll(nullptr, 0, 200);  // so that it has opened the pipe; were it slower, it would end as well
+    program.Send(SIGINT);
+    EXPECT_EQ(SIGINT, program.EndingSignal());
+    unlink(Path().c_str());
 }
 
 TEST_F(QorLogFollowing, EndsQuietlyWhenNobodyReadsIt) {

@@ -79,7 +79,7 @@ class QorLog : public testing::Test {
 // A program that runs beside the test. What it prints is awaited, for a minute at most.
 class RunningProgram {
   public:
-    explicit RunningProgram(std::vector<std::string> const& arguments) {
+    explicit RunningProgram(std::vector<std::string> const& arguments, int in = STDIN_FILENO) {
         std::string command = "exec " + Started(QORLOG_PATH);
         for (std::string const& argument : arguments) command += " " + Quoted(argument);
         int out[2];
@@ -89,6 +89,7 @@ class RunningProgram {
         child_ = fork();
         if (child_ == -1) throw std::runtime_error("no process");
         if (child_ == 0) {
+            dup2(in, STDIN_FILENO);
             dup2(out[1], STDOUT_FILENO);
             dup2(complaints[1], STDERR_FILENO);
             signal(SIGPIPE, SIG_DFL);

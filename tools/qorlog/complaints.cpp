@@ -2,19 +2,19 @@
 
 #include <cstdio>
 
-#include "visible_text.h"
+#include "escaped_text.h"
 
 namespace qorlog {
 
-void Tell(boost::string_ref about, boost::string_ref what) {
+void Tell(boost::string_ref what) {
     std::string line = "qorlog: ";
-    AppendVisible(about, &line);
-    line += ": " + what.to_string() + "\n";
+    AppendVisible(what, &line);
+    line += '\n';
     std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
-std::string Counted(std::uint64_t number, char const* thing) {
-    return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
+void Tell(std::string const& about, std::string const& what) {
+    Tell(about + ": " + what);
 }
 
 }  // namespace qorlog

@@ -3,18 +3,17 @@
 #ifndef QORUTILS_TOOLS_QORLOG_COMPLAINTS_H_
 #define QORUTILS_TOOLS_QORLOG_COMPLAINTS_H_
 
-#include <cstdint>
 #include <string>
 
 #include <boost/utility/string_ref.hpp>
 
 namespace qorlog {
 
-// "qorlog: about: what" on stderr. It is safe on a terminal, whatever the name.
-void Tell(boost::string_ref about, boost::string_ref what);
+// "qorlog: what" on stderr, which is safe on a terminal, whatever names and arguments are in it.
+void Tell(boost::string_ref what);
 
-// "1 character", "5 characters".
-std::string Counted(std::uint64_t number, char const* thing);
+// "qorlog: about: what".
+void Tell(std::string const& about, std::string const& what);
 
 }  // namespace qorlog
 

@@ -7,8 +7,7 @@
 
 #include <boost/utility/string_ref.hpp>
 
-#include "json_text.h"
-#include "visible_text.h"
+#include "escaped_text.h"
 
 namespace qorlog {
 

@@ -14,7 +14,7 @@ namespace qorlog {
 
 namespace {
 
-constexpr int kPause = 200;  // milliseconds
+constexpr int kPause = 100;  // milliseconds
 
 class Follower {
   public:

@@ -33,7 +33,7 @@ MessageKind KindOf(boost::string_ref message);
 bool ParseBanner(boost::string_ref message, Moment* start);
 
 // The parts of "DBGCHK expression file @ line". The expression may be empty and have blanks; a file
-// with blanks lends its first words to the expression.
+// with blanks lends its first words to the expression. The line is a number as JSON has them.
 struct FailedCheck {
     boost::string_ref expression;
     boost::string_ref file;

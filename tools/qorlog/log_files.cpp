@@ -24,10 +24,11 @@ namespace {
 constexpr unsigned kLastNumber = 10;
 constexpr char kSuffix[] = ".log.txt";
 
-// When a file was written last, in nanoseconds since 1970; false when there is no file.
+// When a file was written last, in nanoseconds since 1970; false when there is no file. Folders and
+// pipes are none: they may be called as they like, in a directory that everyone can write to.
 bool WrittenAt(std::string const& path, std::int64_t* time) {
     struct stat64 status;
-    if (stat64(path.c_str(), &status) != 0) return false;
+    if (stat64(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
     *time = std::int64_t{status.st_mtim.tv_sec} * 1000000000 + status.st_mtim.tv_nsec;
     return true;
 }

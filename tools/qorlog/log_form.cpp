@@ -1,9 +1,10 @@
 #include "log_form.h"
 
 #include <algorithm>
-#include <cstdint>
 
 #include <boost/utility/string_ref.hpp>
+
+#include "utf32_decoder.h"
 
 namespace qorlog {
 
@@ -27,20 +28,11 @@ Beginning const kOthers[] = {
     {"\x1F\x8B", 2, "compressed (gzip), not a log"},
 };
 
-std::uint32_t UnitAt(char const* bytes) {
-    std::uint32_t unit = 0;
-    for (int i = 3; i >= 0; --i) unit = unit << 8 | static_cast<unsigned char>(bytes[i]);
-    return unit;
-}
-
 bool MostAreCharacters(boost::string_ref bytes) {
     int characters = 0;
     int others = 0;
-    for (std::size_t i = 0; i + 4 <= bytes.size(); i += 4) {
-        std::uint32_t const unit = UnitAt(bytes.data() + i);
-        bool const isCharacter = unit < 0xD800 || (unit > 0xDFFF && unit <= 0x10FFFF);
-        ++(isCharacter ? characters : others);
-    }
+    for (std::size_t i = 0; i + 4 <= bytes.size(); i += 4)
+        ++(IsCharacter(UnitAt(bytes.data() + i)) ? characters : others);
     return characters > others;
 }
 

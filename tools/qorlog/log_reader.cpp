@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "log_form.h"
+#include "signals.h"
 
 namespace qorlog {
 
@@ -19,10 +20,22 @@ constexpr std::size_t kBlockSize = std::size_t{256} * 1024;
 // The mark and one character.
 constexpr std::size_t kFewestBytes = 6;
 
+// Opening a pipe waits for its writer.
 int Open(std::string const& path) {
     int const file = path == "-" ? STDIN_FILENO : open64(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file == -1 && errno == EINTR) throw Interrupted();
     if (file == -1) throw LogError(std::strerror(errno));
     return file;
+}
+
+// Whoever shares the standard input may have made it one that does not block.
+ssize_t ReadOrWait(int file, char* to, std::size_t size) {
+    for (;;) {
+        ssize_t const length = read(file, to, size);
+        if (length != -1 || errno != EAGAIN) return length;
+        pollfd input = {file, POLLIN, 0};
+        poll(&input, 1, -1);
+    }
 }
 
 }  // namespace
@@ -65,7 +78,7 @@ bool LogReader::IsReplaced() const {
 }
 
 bool LogReader::Fill() {
-    ssize_t const length = read(file_, block_.data() + filled_, block_.size() - filled_);
+    ssize_t const length = ReadOrWait(file_, block_.data() + filled_, block_.size() - filled_);
     if (length == -1 && errno != EINTR) throw LogError(std::strerror(errno));
     if (length <= 0) return false;
     filled_ += static_cast<std::size_t>(length);

@@ -23,7 +23,7 @@ class LogError : public std::runtime_error {
 // Reads in blocks: the memory it takes depends neither on the file nor on its lines.
 class LogReader {
   public:
-    // "-" is standard input. Throws LogError, as all do that read.
+    // "-" is standard input. Throws LogError, as all do that read, and Interrupted (signals.h).
     explicit LogReader(std::string const& path);
     ~LogReader();
     LogReader(LogReader const&) = delete;
@@ -35,6 +35,9 @@ class LogReader {
 
     // Whether the next call of Read returns without waiting.
     bool HasMoreNow() const;
+
+    // Whether there was enough to see that this is a log.
+    bool HasBegun() const { return hasBegun_; }
 
     // Adds what the last bytes say that wait for others. Throws for a file without a single line.
     void Finish(TextBuffer* text);

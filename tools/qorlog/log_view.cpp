@@ -9,6 +9,11 @@ namespace {
 // The milliseconds of a line's time start again behind them.
 constexpr std::uint64_t kRound = std::uint64_t{1} << 32;
 
+// "1 character", "5 characters".
+std::string Counted(std::uint64_t number, char const* thing) {
+    return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
+}
+
 }  // namespace
 
 std::string ShownName(std::string const& path) {
@@ -27,7 +32,8 @@ bool LogView::ShowMore() {
 }
 
 void LogView::ShowRest() {
-    if (!hasBegun_) return;
+    if (reader_.HasMoreNow()) ShowMore();
+    if (!reader_.HasBegun()) return;
     reader_.Finish(splitter_.Text());
     HandOut(TextEnd::kNoMore);
     TellInvalidCharacters();

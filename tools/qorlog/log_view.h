@@ -30,7 +30,8 @@ class LogView {
     // Shows the rest of a log that gets no more lines, and tells what was wrong with it.
     void Finish();
 
-    // The same for a log that may get more: that its last line is not whole is then no fault.
+    // The same for a log that may get more: one more block, of what was logged just before, and a
+    // last line that is not whole is no fault.
     void ShowRest();
 
     bool IsReplaced() const { return reader_.IsReplaced(); }

@@ -76,7 +76,8 @@ int main(int argc, char** argv) {
     try {
         return Run(ParseOptions(argc, argv), &output) ? 0 : 1;
     } catch (UsageError const& error) {
-        std::fprintf(stderr, "qorlog: %s\nqorlog --help tells more.\n", error.what());
+        Tell(error.what());
+        std::fputs("qorlog --help tells more.\n", stderr);
         return 2;
     } catch (OutputError const& error) {
         Tell("standard output", error.what());
@@ -85,7 +86,7 @@ int main(int argc, char** argv) {
     } catch (Interrupted const&) {
         EndBySignal(StopSignal());
     } catch (std::exception const& error) {
-        std::fprintf(stderr, "qorlog: %s\n", error.what());
+        Tell(error.what());
     }
     return 1;
 }

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "text_reader.h"
+
 namespace qorlog {
 
 namespace {
@@ -11,50 +13,16 @@ namespace {
 constexpr std::int64_t kTicksPerMillisecond = 10000;
 constexpr std::int64_t kSecond = 1000;
 
-// Reads a text from left to right. What is asked for and not there leaves the place where it was.
-class Reader {
-  public:
-    explicit Reader(boost::string_ref text) : rest_(text) {}
-
-    bool AtEnd() const { return rest_.empty(); }
-
-    bool Take(char c) {
-        if (rest_.empty() || rest_.front() != c) return false;
-        rest_.remove_prefix(1);
-        return true;
-    }
-
-    bool Digit(std::int64_t* digit) {
-        if (rest_.empty() || rest_.front() < '0' || rest_.front() > '9') return false;
-        *digit = rest_.front() - '0';
-        rest_.remove_prefix(1);
-        return true;
-    }
-
-    bool Number(int fewest, int most, std::int64_t* number) {
-        Reader const before = *this;
-        std::int64_t digit = 0;
-        int count = 0;
-        for (*number = 0; count < most && Digit(&digit); ++count) *number = *number * 10 + digit;
-        if (count >= fewest) return true;
-        *this = before;
-        return false;
-    }
-
-    // Of a second: nothing, or a dot and digits, of which those behind the third do not count.
-    bool Fraction(std::int64_t* milliseconds) {
-        *milliseconds = 0;
-        if (!Take('.')) return true;
-        std::int64_t digit = 0;
-        int count = 0;
-        for (std::int64_t worth = 100; Digit(&digit); worth /= 10, ++count)
-            *milliseconds += digit * worth;
-        return count > 0;
-    }
-
-  private:
-    boost::string_ref rest_;
-};
+// Of a second: nothing, or a dot and digits, of which those behind the third do not count.
+bool ReadFraction(TextReader* reader, std::int64_t* milliseconds) {
+    *milliseconds = 0;
+    if (!reader->Take('.')) return true;
+    std::int64_t digit = 0;
+    int count = 0;
+    for (std::int64_t worth = 100; reader->Digit(&digit); worth /= 10, ++count)
+        *milliseconds += digit * worth;
+    return count > 0;
+}
 
 struct Date {
     std::int64_t year;
@@ -91,22 +59,22 @@ bool ToMoment(Date const& date, TimeOfDay const& time, Moment* moment) {
     return true;
 }
 
-bool ReadDate(Reader* reader, char separator, Date* date) {
+bool ReadDate(TextReader* reader, char separator, Date* date) {
     return reader->Number(4, 4, &date->year) && reader->Take(separator) &&
            reader->Number(2, 2, &date->month) && reader->Take(separator) &&
            reader->Number(2, 2, &date->day);
 }
 
-bool ReadTimeOfDay(Reader* reader, TimeOfDay* time) {
+bool ReadTimeOfDay(TextReader* reader, TimeOfDay* time) {
     if (!reader->Number(2, 2, &time->hour) || !reader->Take(':') ||
         !reader->Number(2, 2, &time->minute))
         return false;
     return !reader->Take(':') ||
-           (reader->Number(2, 2, &time->second) && reader->Fraction(&time->millisecond));
+           (reader->Number(2, 2, &time->second) && ReadFraction(reader, &time->millisecond));
 }
 
 bool ParseCalendar(boost::string_ref text, Moment* moment) {
-    Reader reader(text);
+    TextReader reader(text);
     Date date = {};
     TimeOfDay time;
     if (!ReadDate(&reader, '-', &date)) return false;
@@ -116,7 +84,7 @@ bool ParseCalendar(boost::string_ref text, Moment* moment) {
 }
 
 bool ParseSpan(boost::string_ref text, std::int64_t* milliseconds) {
-    Reader reader(text);
+    TextReader reader(text);
     std::int64_t total = 0;
     if (!reader.Number(1, 9, &total)) return false;
     std::int64_t number = 0;
@@ -125,7 +93,7 @@ bool ParseSpan(boost::string_ref text, std::int64_t* milliseconds) {
         total = total * 60 + number;
     }
     std::int64_t fraction = 0;
-    if (!reader.Fraction(&fraction) || !reader.AtEnd()) return false;
+    if (!ReadFraction(&reader, &fraction) || !reader.AtEnd()) return false;
     *milliseconds = total * kSecond + fraction;
     return true;
 }
@@ -145,7 +113,7 @@ bool ParseTimeBound(boost::string_ref text, TimeBound* bound) {
 }
 
 bool ParseBannerTime(boost::string_ref text, Moment* moment) {
-    Reader reader(text);
+    TextReader reader(text);
     Date date = {};
     TimeOfDay time;
     return ReadDate(&reader, '/', &date) && reader.Take(' ') && ReadTimeOfDay(&reader, &time) &&

@@ -100,11 +100,12 @@ Look LookOf(po::variables_map const& found) {
     return look;
 }
 
-void RequireSense(Options const& options, bool isDirectoryGiven) {
-    if (!options.files.empty() && (!options.program.empty() || isDirectoryGiven))
+void RequireSense(Options const& options, bool isProgramGiven, bool isDirectoryGiven) {
+    if (!options.files.empty() && (isProgramGiven || isDirectoryGiven))
         throw UsageError("--program and --dir are for when no file is named");
     if (options.follows && options.files.size() > 1)
         throw UsageError("--follow goes with one file");
+    if (isProgramGiven && options.program.empty()) throw UsageError("'' is no name of a program");
     if (options.program.find('/') != std::string::npos)
         throw UsageError("'" + options.program + "' is no name of a program: use --dir, too");
 }
@@ -156,7 +157,7 @@ Options ParseOptions(int argc, char** argv) {
     options.filter.checksOnly = found.count("checks") != 0;
     options.filter.pattern = PatternOf(found);
     options.look = LookOf(found);
-    RequireSense(options, isDirectoryGiven);
+    RequireSense(options, found.count("program") != 0, isDirectoryGiven);
     return options;
 }
 

@@ -5,7 +5,7 @@
 
 namespace qorlog {
 
-// Such a signal came while output was waited for.
+// Such a signal came during a wait that nothing else ends.
 class Interrupted {};
 
 // From now on SIGINT and SIGTERM are noted, and interrupt system calls that wait.

@@ -6,6 +6,16 @@
 
 namespace qorlog {
 
+std::uint32_t UnitAt(char const* bytes) {
+    std::uint32_t unit;
+    std::memcpy(&unit, bytes, sizeof unit);
+    return le32toh(unit);
+}
+
+bool IsCharacter(std::uint32_t unit) {
+    return unit < 0xD800 || (unit > 0xDFFF && unit <= 0x10FFFF);
+}
+
 namespace {
 
 constexpr std::size_t kUnit = 4;
@@ -15,16 +25,6 @@ constexpr std::uint32_t kReplacement = 0xFFFD;
 constexpr char kTimeForm[] = "ddddd.ddd ;";
 constexpr std::size_t kTimeBytes = (sizeof kTimeForm - 1) * kUnit;
 constexpr std::size_t kLookAhead = kTimeBytes + kUnit - 1;
-
-std::uint32_t Load(char const* bytes) {
-    std::uint32_t unit;
-    std::memcpy(&unit, bytes, sizeof unit);
-    return le32toh(unit);
-}
-
-bool IsCharacter(std::uint32_t code) {
-    return code < 0xD800 || (code > 0xDFFF && code <= 0x10FFFF);
-}
 
 char* Encode(std::uint32_t code, char* to) {
     if (code < 0x80) {
@@ -51,10 +51,10 @@ char* Encode(std::uint32_t code, char* to) {
 std::size_t CopyAscii(char const* from, char const* end, char* to) {
     char* const begin = to;
     for (; static_cast<std::size_t>(end - from) >= 4 * kUnit; from += 4 * kUnit, to += 4) {
-        std::uint32_t const a = Load(from);
-        std::uint32_t const b = Load(from + kUnit);
-        std::uint32_t const c = Load(from + 2 * kUnit);
-        std::uint32_t const d = Load(from + 3 * kUnit);
+        std::uint32_t const a = UnitAt(from);
+        std::uint32_t const b = UnitAt(from + kUnit);
+        std::uint32_t const c = UnitAt(from + 2 * kUnit);
+        std::uint32_t const d = UnitAt(from + 3 * kUnit);
         if ((a | b | c | d) > 0x7F) break;
         std::uint32_t const four = htole32(a | b << 8 | c << 16 | d << 24);
         std::memcpy(to, &four, sizeof four);
@@ -64,7 +64,7 @@ std::size_t CopyAscii(char const* from, char const* end, char* to) {
 
 bool BeginsTime(char const* bytes) {
     for (std::size_t i = 0; i + 1 < sizeof kTimeForm; ++i) {
-        std::uint32_t const code = Load(bytes + i * kUnit);
+        std::uint32_t const code = UnitAt(bytes + i * kUnit);
         bool const isDigit = code >= '0' && code <= '9';
         if (kTimeForm[i] == 'd' ? !isDigit : code != static_cast<unsigned char>(kTimeForm[i]))
             return false;
@@ -96,7 +96,7 @@ std::size_t Utf32Decoder::Decode(char const* bytes, std::size_t size, bool areLa
         from += copied * kUnit;
         to += copied;
         if (left() < kUnit) break;
-        std::uint32_t const code = Load(from);
+        std::uint32_t const code = UnitAt(from);
         if (IsCharacter(code)) {
             to = Encode(code, to);
             from += kUnit;

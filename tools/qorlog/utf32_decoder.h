@@ -10,7 +10,13 @@
 
 namespace qorlog {
 
-// Characters of 32 bits, lowest byte first, to UTF-8. What is no character (a surrogate, a number
+// A character of 32 bits, or what stands in its place; lowest byte first.
+std::uint32_t UnitAt(char const* bytes);
+
+// Neither a surrogate nor above the last one.
+bool IsCharacter(std::uint32_t unit);
+
+// Characters of 32 bits to UTF-8. What is no character (a surrogate, a number
 // above 0x10FFFF, bytes left over at the end) becomes U+FFFD.
 //
 // A disk that was full in the middle of a line leaves part of a character, and all that the program
