@@ -230,6 +230,17 @@ TEST_F(QorLog, SaysWhenTheOutputCannotBeWritten) {
     EXPECT_EQ("qorlog: standard output: No space left on device\n", outcome.complaints);
 }
 
+// A deep one would end the C library's compiler of patterns.
+TEST_F(QorLog, RefusesAPatternOfMoreThan4096Bytes) {
+    MakeLog(U"");
+    Outcome const longest = RunOnLog({"--grep", std::string(4095, '(')});
+    EXPECT_EQ(2, longest.status);
+    EXPECT_NE(std::string::npos, longest.complaints.find("Unmatched ( or \\("));
+    Outcome const tooLong = RunOnLog({"--grep", std::string(40000, '(')});
+    EXPECT_EQ(2, tooLong.status);
+    EXPECT_NE(std::string::npos, tooLong.complaints.find("longer than 4096 bytes"));
+}
+
 TEST_F(QorLog, RefusesArgumentsThatItDoesNotKnow) {
     struct {
         std::vector<std::string> arguments;

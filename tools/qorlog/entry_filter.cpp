@@ -22,9 +22,13 @@ std::string WithoutCrs(boost::string_ref text) {
     return lines;
 }
 
+// regcomp calls itself for every parenthesis, and would come to the end of the stack.
+constexpr std::size_t kLongestPattern = 4096;
+
 }  // namespace
 
 Pattern::Pattern(std::string const& expression, bool ignoresCase) {
+    if (expression.size() > kLongestPattern) throw std::invalid_argument("longer than 4096 bytes");
     int const flags = REG_EXTENDED | REG_NOSUB | REG_NEWLINE | (ignoresCase ? REG_ICASE : 0);
     int const error = regcomp(&compiled_, expression.c_str(), flags);
     if (error == 0) return;
