@@ -11,8 +11,11 @@ if(PROJECT_IS_TOP_LEVEL)
         -Woverloaded-virtual
         -Wundef
         -Wunused)
-    # Notes on a change of calling conventions that is older than the library, not warnings.
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-        add_compile_options(-Wno-psabi)
-    endif()
+else()
+    # Nor does the library inherit those of a project that it is part of, which may be errors there.
+    add_compile_options(-w)
+endif()
+# Notes on a change of calling conventions that is older than the library, not warnings.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-Wno-psabi)
 endif()

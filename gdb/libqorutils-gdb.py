@@ -10,7 +10,11 @@ import sys
 import gdb
 
 sys.path.insert(0, os.path.dirname(os.path.realpath(__file__)))
+# What Python would write here belongs to no package, and would stay when the package goes.
+writes_no_bytecode = sys.dont_write_bytecode
+sys.dont_write_bytecode = True
 import qorutils_printers
+sys.dont_write_bytecode = writes_no_bytecode
 sys.path.pop(0)
 
 qorutils_printers.register(gdb.current_objfile())

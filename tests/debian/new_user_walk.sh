@@ -20,6 +20,7 @@ Walk() {
     cd "$work/sources"
     export TMPDIR=$work/logs APT_CONFIG=$work/apt.conf DEBIAN_FRONTEND=noninteractive
     # Who is root may have no sudo.
+    # shellcheck disable=SC2317  # the README's commands call it
     command -v sudo >/dev/null || sudo() { "$@"; }
 
     Step script/demo
@@ -53,7 +54,10 @@ if [ "${4:-}" = --in-namespace ]; then
     exit
 fi
 
-rm -rf "$work"
+as_root=()
+[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+# What an earlier walk built belongs to root.
+"${as_root[@]}" rm -rf "$work"
 mkdir -p "$work"/{sources/build,logs,overlays}
 (cd "$root" && git ls-files -z --cached --others --exclude-standard) |
     tar -C "$root" --null --files-from=- -c | tar -C "$work/sources" -x
@@ -61,6 +65,4 @@ mkdir -p "$work"/{sources/build,logs,overlays}
 ln -s "$packages" "$work/sources/build/packages"
 echo 'APT::Get::Assume-Yes "true";' >"$work/apt.conf"
 
-as_root=()
-[ "$(id -u)" -eq 0 ] || as_root=(sudo)
 "${as_root[@]}" unshare --mount "$0" "$root" "$packages" "$work" --in-namespace

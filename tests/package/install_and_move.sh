@@ -6,5 +6,9 @@ set -euo pipefail
 build=$1 place=$2
 
 rm -rf "$place" "$place.first"
-cmake --install "$build" --prefix "$place.first" >/dev/null
+cd "$(dirname "$place")"
+cmake --install "$build" --prefix "$(basename "$place").first" >/dev/null
+# Only gdb looks for its scripts by the full path of the library.
+compgen -G "$place.first/share/gdb/auto-load$place.first/lib*/libqorutils.so.*-gdb.py" >/dev/null ||
+    { echo "no scripts for gdb" >&2; exit 1; }
 mv "$place.first" "$place"
