@@ -209,6 +209,18 @@ void RegisterFormats() {
                           wide.c_str());
             return line;
         });
+        // Without a number that only the C library writes.
+        std::string const whole = "Format whole numbers/wchar_t/" + SizeName(size);
+        Case(whole, "qorutils", [wide] {
+            qor_text::CQorStringT<wchar_t> line;
+            line.Format(L"%d of %ls received", 42, wide.c_str());
+            return line;
+        });
+        Case(whole, "formatting once", [wide] {
+            wchar_t text[2048];
+            int const length = std::swprintf(text, 2048, L"%d of %ls received", 42, wide.c_str());
+            return std::wstring(text, static_cast<std::size_t>(length));
+        });
     }
 }
 
@@ -288,6 +300,8 @@ void RegisterWxFormats() {
         auto const text = Words<std::wstring>(size);
         Case("Format/wchar_t/" + SizeName(size), "wxString",
              [text] { return wxString::Format(L"%d items, %5.2f: %ls", 42, 2.5, text.c_str()); });
+        Case("Format whole numbers/wchar_t/" + SizeName(size), "wxString",
+             [text] { return wxString::Format(L"%d of %ls received", 42, text.c_str()); });
     }
 }
 #endif
