@@ -14,7 +14,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # Boost is found by the library that needs it, also when a program names only the library.
-set(CMAKE_EXE_LINKER_FLAGS_INIT -Wl,-rpath-link,${armhf_sysroot}/usr/lib/arm-linux-gnueabihf)
+set(CMAKE_EXE_LINKER_FLAGS_INIT
+    "-Wl,-rpath-link,\"${armhf_sysroot}/usr/lib/arm-linux-gnueabihf\"")
 
 # -E sets the variable for the emulated program only: the emulator itself must not see it.
 set(CMAKE_CROSSCOMPILING_EMULATOR

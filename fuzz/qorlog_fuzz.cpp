@@ -103,7 +103,7 @@ Shown ShownInPieces(std::string const& bytes, std::size_t pieceSize, Decoded con
         bool const isLast = at + pieceSize >= bytes.size();
         GuardedArray<char> data(kept.data(), kept.size());
         std::size_t const done = decoder.Decode(data.data(), kept.size(), isLast, splitter.Text());
-        Require(isLast ? done == kept.size() : kept.size() - done < 48);
+        Require(isLast ? done == kept.size() : kept.size() - done <= 46);
         kept.erase(0, done);
         splitter.HandOut(isLast ? TextEnd::kNoMore : TextEnd::kMoreAtOnce, handler);
     }

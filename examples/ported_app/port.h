@@ -59,7 +59,7 @@ CStringA TextToUtf8(CString const& strText);
 CString FormatTime(CTime const& time, TCHAR chSeparator);
 
 // For GetPrivateProfileString and its kin: a file that is read once. Without a file, or without the
-// key, strDefault is what counts.
+// key, the default is what counts.
 class CProfile {
   public:
     // FALSE for a file that is there and cannot be read.

@@ -7,6 +7,6 @@ log=$1 architecture=$2
 
 # blhc looks only at what follows this line of Debian's own build program.
 with_start=$(mktemp)
+trap 'rm "$with_start"' EXIT
 { echo "dpkg-buildpackage: info: host architecture $architecture"; cat "$log"; } >"$with_start"
 blhc --all "$with_start"
-rm "$with_start"

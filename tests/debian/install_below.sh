@@ -5,6 +5,8 @@
 set -euo pipefail
 
 packages=$1 root=$2 status=$3
+# dpkg asks for ldconfig, which is not in the path of who is not root.
+PATH=$PATH:/usr/sbin:/sbin
 
 rm -rf "$root"
 mkdir -p "$root/var/lib/dpkg/"{info,updates}

@@ -13,6 +13,7 @@ while [ $# -gt 0 ] && [ "$1" != -- ]; do
     shift
 done
 emulator=("${@:2}")
+command -v "${gdb[0]}" >/dev/null || { echo "no ${gdb[0]}" >&2; exit 1; }
 
 rm -rf "$work"
 mkdir -p "$work"

@@ -10,7 +10,7 @@ cmake --install "$build" --component runtime --prefix "$work/usr" >/dev/null
 cmake --install "$build" --component tests --prefix "$work/ptest" >/dev/null
 cp "$root"/packaging/yocto/meta-qorutils/recipes-support/qorutils/files/run-ptest "$work/ptest/"
 
-library=$(find "$work/usr" -name 'libqorutils.so.1')
+library=$(find "$work/usr" -name 'libqorutils.so.*' -type l)
 LD_LIBRARY_PATH=$(dirname "$library") "$work/ptest/run-ptest" >"$work/ptest.log" || {
     grep -v '^PASS' "$work/ptest.log"
     exit 1

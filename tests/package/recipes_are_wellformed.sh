@@ -199,6 +199,8 @@ EOF
 
 # What the package gives to Buildroot's machinery: Make [VARIABLE=VALUE]... prints it.
 Make() {
+    # Make includes no file with a blank in its path.
+    ln -sfn "$external" "$work/external"
     cat >"$work/Makefile" <<'EOF'
 qstrip = $(strip $(subst ",,$(1)))
 cmake-package = given := $(filter-out QORUTILS_SOURCE,$(filter QORUTILS_%,$(.VARIABLES)))
@@ -208,7 +210,7 @@ BR2_EXTERNAL_QORUTILS_PATH = $(EXTERNAL)
 include $(EXTERNAL)/external.mk
 all: ; @:$(foreach name,$(sort $(given)),$(info $(name)=$($(name))))
 EOF
-    make --no-print-directory -f "$work/Makefile" EXTERNAL="$external" \
+    make --no-print-directory -f "$work/Makefile" EXTERNAL="$work/external" \
         BR_BUILDING=y BR2_PACKAGE_QORUTILS=y "$@"
 }
 

@@ -27,6 +27,9 @@ namespace {
 // A format that fails leaves the string as it was.
 wchar_t const* const kBefore = L"what was there before";
 
+// One that succeeds leaves errno as it was.
+constexpr int kErrorBefore = EDOM;
+
 struct Result {
     std::wstring text;
     int error;
@@ -42,7 +45,7 @@ std::ostream& operator<<(std::ostream& to, Result const& result) {
 
 Result ByVswprintf(wchar_t const* format, va_list args) {
     wchar_t text[2048];
-    errno = 0;
+    errno = kErrorBefore;
     int const length = std::vswprintf(text, 2048, format, args);
     if (length < 0) return {kBefore, errno};
     return {std::wstring(text, static_cast<std::size_t>(length)), errno};
@@ -50,7 +53,7 @@ Result ByVswprintf(wchar_t const* format, va_list args) {
 
 Result ByFormatV(wchar_t const* format, va_list args) {
     CQorStringT<wchar_t> s(kBefore);
-    errno = 0;
+    errno = kErrorBefore;
     s.FormatV(format, args);
     int const error = errno;
     EXPECT_EQ(L'\0', s.c_str()[s.GetLength()]);
@@ -190,7 +193,6 @@ TEST(WideFormat, WhateverElseVswprintfKnows) {
         ExpectTheSame(L"%S%C %p", L"wide", static_cast<wint_t>(L'c'), nullptr);
         ExpectTheSame(L"%2$ls %1$d %2$ls", 7, L"again");
         ExpectTheSame(L"%Lf %lf", 1.5L, 2.5);
-        errno = EDOM;
         ExpectTheSame(L"%d %m", 1);  // the text of errno
     });
 }

@@ -154,6 +154,13 @@ TEST_F(Qorini, RefusesWrongUsage) {
     EXPECT_EQ(2, Run({"check", "--operand", "f"}).status);
 }
 
+TEST_F(Qorini, KeepsTerminalCodesOutOfItsComplaints) {
+    std::string const missing = ": No such file or directory";
+    ExpectComplaint(3, Path("?[31m\u20AC") + missing, {"sections", Path("\x1B[31m\u20AC")});
+    ExpectComplaint(3, Path("??") + missing, {"sections", Path("\x1B\xFF")});
+    ExpectComplaint(2, "'?[31m' is not a command; see 'qorini --help'", {"\x1B[31m"});
+}
+
 TEST_F(Qorini, FailsWhenItsOutputIsNotTaken) {
     std::string const command =
         Started(QORINI_PATH) + " --help 2>" + Quoted(Path("complaints")) + " >/dev/full";
@@ -166,11 +173,15 @@ TEST_F(Qorini, FailsWhenItsOutputIsNotTaken) {
 
 TEST_F(Qorini, FailsWhenNobodyReadsItsOutput) {
     int ends[2];
-    ASSERT_EQ(0, pipe(ends));
+    ASSERT_EQ(0, pipe2(ends, O_CLOEXEC));
     close(ends[0]);
-    std::string const command = Started(QORINI_PATH) + " --help 2>" + Quoted(Path("complaints")) +
-                                " >&" + std::to_string(ends[1]);
+    std::string const command = Started(QORINI_PATH) + " --help 2>" + Quoted(Path("complaints"));
+    std::fflush(stdout);
+    int const before = dup(STDOUT_FILENO);
+    dup2(ends[1], STDOUT_FILENO);
     int const status = std::system(command.c_str());
+    dup2(before, STDOUT_FILENO);
+    close(before);
     close(ends[1]);
     EXPECT_EQ(3, WEXITSTATUS(status));
     EXPECT_EQ("qorini: standard output: Broken pipe\n", directory_.Content("complaints"));

@@ -71,6 +71,7 @@ TEST_F(QorLogChoosing, KnowsTheNamesOfLogs) {
     directory_.MakeFile("survey1.txt", "");
     EXPECT_EQ("survey110", Chosen({}));
     EXPECT_EQ("survey110", Chosen({"--program", "survey1"}));
+    EXPECT_EQ(1, Run({"--dir", directory_.Path(""), "--program", "survey"}).status);
 }
 
 TEST_F(QorLogChoosing, TakesNothingButFiles) {

@@ -60,13 +60,17 @@ TEST_F(QorLogFollowing, ShowsLinesAsTheyCome) {
 }
 
 TEST_F(QorLogFollowing, WaitsForTheRestOfALine) {
-    MakeLog(U"");
+    ASSERT_EQ(0, mkfifo(Path().c_str(), 0600));
     RunningProgram program({"-f", Path()});
-    program.OutputUpTo(kShownBanner);
+    std::ofstream writer(Path(), std::ios::binary);
+    writer << LogBytes(kBanner) << std::flush;
+    EXPECT_EQ(kShownBanner, program.OutputUpTo(kShownBanner));
     std::string const line = Line("one");
-    AppendTo(Path(), line.substr(0, 30));
-    AppendTo(Path(), line.substr(30));
+    writer << line.substr(0, 30) << std::flush;
+    WaitUntilRead();
+    writer << line.substr(30) << std::flush;
     EXPECT_EQ("00001.000 ; 7 ; one\n", program.OutputUpTo("one\n"));
+    unlink(Path().c_str());
 }
 
 TEST_F(QorLogFollowing, SelectsLines) {
@@ -125,7 +129,6 @@ TEST_F(QorLogFollowing, DoesNotShowAnOldLogThatIsAboutToBeEmptied) {
     ASSERT_EQ(0, utimensat(AT_FDCWD, old.c_str(), times, 0));
     RunningProgram program({"-f", directory_.Path("survey1.log.txt")});
     program.OutputUpTo(kShownBanner);
-    AppendTo(directory_.Path("survey.seq.ini"), "");
     std::ofstream(directory_.Path("survey.seq.ini")) << "2";
     AppendTo(directory_.Path("survey1.log.txt"), Line("still here"));
     EXPECT_EQ("00001.000 ; 7 ; still here\n", program.OutputUpTo("here\n"));

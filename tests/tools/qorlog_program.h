@@ -121,7 +121,10 @@ class RunningProgram {
         out_.file = -1;
     }
 
-    void Send(int signal) const { kill(child_, signal); }
+    void Send(int signal) const {
+        ASSERT_NE(-1, child_);  // which would mean every process
+        kill(child_, signal);
+    }
 
     // The signal that it ended by, once it has; 0 for an exit.
     int EndingSignal() {

@@ -233,10 +233,10 @@ TEST_F(QorLog, SaysWhenTheOutputCannotBeWritten) {
 // A deep one would end the C library's compiler of patterns.
 TEST_F(QorLog, RefusesAPatternOfMoreThan4096Bytes) {
     MakeLog(U"");
-    Outcome const longest = RunOnLog({"--grep", std::string(4095, '(')});
+    Outcome const longest = RunOnLog({"--grep", std::string(4096, '(')});
     EXPECT_EQ(2, longest.status);
     EXPECT_NE(std::string::npos, longest.complaints.find("Unmatched ( or \\("));
-    Outcome const tooLong = RunOnLog({"--grep", std::string(40000, '(')});
+    Outcome const tooLong = RunOnLog({"--grep", std::string(4097, '(')});
     EXPECT_EQ(2, tooLong.status);
     EXPECT_NE(std::string::npos, tooLong.complaints.find("longer than 4096 bytes"));
 }

@@ -1,12 +1,13 @@
-#include "tools/qorini/command_line.h"
+#include "command_line.h"
 
 #include <qorutils/export.h>
 
 #include <algorithm>
-#include <boost/program_options.hpp>
 #include <cstddef>
 #include <iterator>
 #include <sstream>
+
+#include <boost/program_options.hpp>
 
 namespace qorini {
 

@@ -1,11 +1,12 @@
 // The words behind "qorini", taken apart.
+
 #ifndef QORUTILS_TOOLS_QORINI_COMMAND_LINE_H_
 #define QORUTILS_TOOLS_QORINI_COMMAND_LINE_H_
 
 #include <string>
 #include <vector>
 
-#include "tools/qorini/commands.h"
+#include "commands.h"
 
 namespace qorini {
 

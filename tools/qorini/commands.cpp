@@ -1,14 +1,14 @@
-#include "tools/qorini/commands.h"
+#include "commands.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <utility>
 
-#include "tools/qorini/file_bytes.h"
-#include "tools/qorini/ini_check.h"
-#include "tools/qorini/ini_document.h"
-#include "tools/qorini/ini_edit.h"
-#include "tools/qorini/settings.h"
+#include "file_bytes.h"
+#include "ini_check.h"
+#include "ini_document.h"
+#include "ini_edit.h"
+#include "settings.h"
 
 namespace qorini {
 
@@ -233,7 +233,8 @@ ExitStatus Convert(Request const& request, std::string* /*out*/) {
 }
 
 void Complain(std::string const& words) {
-    std::fprintf(stderr, "qorini: %s\n", words.c_str());
+    std::string const shown = IsText(words) ? Shown(Decoded(words)) : Shown(words);
+    std::fprintf(stderr, "qorini: %s\n", shown.c_str());
 }
 
 }  // namespace qorini

@@ -1,11 +1,12 @@
 // What qorini does, a function for each of its commands.
+
 #ifndef QORUTILS_TOOLS_QORINI_COMMANDS_H_
 #define QORUTILS_TOOLS_QORINI_COMMANDS_H_
 
 #include <string>
 #include <vector>
 
-#include "tools/qorini/complaint.h"
+#include "complaint.h"
 
 namespace qorini {
 
@@ -26,7 +27,8 @@ ExitStatus ListKeys(Request const& request, std::string* out);
 ExitStatus CheckFiles(Request const& request, std::string* out);
 ExitStatus Convert(Request const& request, std::string* out);
 
-// For a user: "qorini: " and the words on the standard error output.
+// For a user: "qorini: " and the words on the standard error output, which is safe on a terminal,
+// whatever names and arguments are in them.
 void Complain(std::string const& words);
 
 }  // namespace qorini

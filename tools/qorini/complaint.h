@@ -1,4 +1,5 @@
 // How a command ends when it cannot do what it was asked.
+
 #ifndef QORUTILS_TOOLS_QORINI_COMPLAINT_H_
 #define QORUTILS_TOOLS_QORINI_COMPLAINT_H_
 

@@ -1,4 +1,4 @@
-#include "tools/qorini/file_bytes.h"
+#include "file_bytes.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -11,7 +11,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "tools/qorini/complaint.h"
+#include "complaint.h"
 
 namespace qorini {
 

@@ -1,4 +1,5 @@
 // Files as wholes: read, written, and replaced in one step.
+
 #ifndef QORUTILS_TOOLS_QORINI_FILE_BYTES_H_
 #define QORUTILS_TOOLS_QORINI_FILE_BYTES_H_
 

@@ -1,4 +1,4 @@
-#include "tools/qorini/ini_check.h"
+#include "ini_check.h"
 
 #include <cwctype>
 #include <map>

@@ -1,4 +1,5 @@
 // What a settings file says that a program does not get, or not so.
+
 #ifndef QORUTILS_TOOLS_QORINI_INI_CHECK_H_
 #define QORUTILS_TOOLS_QORINI_INI_CHECK_H_
 
@@ -6,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/qorini/ini_document.h"
+#include "ini_document.h"
 
 namespace qorini {
 

@@ -1,4 +1,4 @@
-#include "tools/qorini/ini_document.h"
+#include "ini_document.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,4 +1,5 @@
 // A settings file line by line, each line as the settings store takes it.
+
 #ifndef QORUTILS_TOOLS_QORINI_INI_DOCUMENT_H_
 #define QORUTILS_TOOLS_QORINI_INI_DOCUMENT_H_
 
@@ -8,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/qorini/locale_text.h"
+#include "locale_text.h"
 
 namespace qorini {
 

@@ -1,8 +1,8 @@
-#include "tools/qorini/ini_edit.h"
+#include "ini_edit.h"
 
 #include <functional>
 
-#include "tools/qorini/complaint.h"
+#include "complaint.h"
 
 namespace qorini {
 

@@ -1,10 +1,11 @@
 // Changes to a settings file that leave all its other lines as they are, byte for byte.
+
 #ifndef QORUTILS_TOOLS_QORINI_INI_EDIT_H_
 #define QORUTILS_TOOLS_QORINI_INI_EDIT_H_
 
 #include <string>
 
-#include "tools/qorini/ini_document.h"
+#include "ini_document.h"
 
 namespace qorini {
 

@@ -1,4 +1,4 @@
-#include "tools/qorini/locale_text.h"
+#include "locale_text.h"
 
 #include <langinfo.h>
 

@@ -1,4 +1,5 @@
 // Wide text, and the same text as the locale of the process encodes it.
+
 #ifndef QORUTILS_TOOLS_QORINI_LOCALE_TEXT_H_
 #define QORUTILS_TOOLS_QORINI_LOCALE_TEXT_H_
 

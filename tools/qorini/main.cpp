@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/qorini/command_line.h"
+#include "command_line.h"
 
 namespace {
 

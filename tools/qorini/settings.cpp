@@ -1,11 +1,11 @@
-#include "tools/qorini/settings.h"
+#include "settings.h"
 
 #include <sys/mman.h>
 
 #include <algorithm>
 
-#include "tools/qorini/complaint.h"
-#include "tools/qorini/file_bytes.h"
+#include "complaint.h"
+#include "file_bytes.h"
 
 namespace qorini {
 

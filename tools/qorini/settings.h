@@ -1,4 +1,5 @@
 // Settings as a program gets them: by the library's settings store.
+
 #ifndef QORUTILS_TOOLS_QORINI_SETTINGS_H_
 #define QORUTILS_TOOLS_QORINI_SETTINGS_H_
 
@@ -6,7 +7,7 @@
 
 #include <string>
 
-#include "tools/qorini/locale_text.h"
+#include "locale_text.h"
 
 namespace qorini {
 

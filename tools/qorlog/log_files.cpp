@@ -95,8 +95,8 @@ std::string LogSeries::PathOf(unsigned number) const {
 std::string LogSeries::Newest() const {
     if (stem_.empty()) return {};
     std::int64_t time = 0;
-    std::string counted = PathOf(Now().number);
-    if (WrittenAt(counted, &time)) return counted;
+    unsigned const counted = Now().number;
+    if (counted != 0 && WrittenAt(PathOf(counted), &time)) return PathOf(counted);
     std::string newest;
     std::int64_t newestTime = 0;
     for (unsigned number = 1; number <= kLastNumber; ++number) {

@@ -121,9 +121,9 @@ bool ParseBannerTime(boost::string_ref text, Moment* moment) {
 }
 
 std::string MomentText(Moment moment, char separator) {
-    std::int64_t const ticks = moment * kTicksPerMillisecond;
+    auto const ticks = static_cast<std::uint64_t>(moment) * kTicksPerMillisecond;
     FILETIME const time = {static_cast<std::uint32_t>(ticks & 0xFFFFFFFF),
-                           static_cast<std::uint32_t>(static_cast<std::uint64_t>(ticks) >> 32)};
+                           static_cast<std::uint32_t>(ticks >> 32)};
     SYSTEMTIME fields = {};
     FileTimeToSystemTime(&time, &fields);
     char text[64];

@@ -24,7 +24,7 @@ bool IsCharacter(std::uint32_t unit);
 // begins one to three bytes further on, reading goes on from there, in a line of its own.
 class Utf32Decoder {
   public:
-    // Adds the text of the bytes and returns how many of them are done with: up to 47 at their end
+    // Adds the text of the bytes and returns how many of them are done with: up to 46 at their end
     // are left, to be passed again with those that follow, unless these are the last.
     std::size_t Decode(char const* bytes, std::size_t size, bool areLast, TextBuffer* text);
 
