@@ -63,10 +63,9 @@ class StringPrinter(Printer):
 
     def quoted(self):
         _, length, _ = self.fields()
-        shown = min(length, most_elements() or length)
-        array = self.array(shown)
-        is_cut = int(array.type.range()[1]) < length - 1
-        return array.format_string(max_elements=0) + ("..." if is_cut else "")
+        shown = min(length, most_elements() or length, self.most_characters())
+        text = self.array(shown).format_string(max_elements=0)
+        return text if shown == length else text + "..."
 
     def fields(self):
         names = ("nRefs", "nDataLength", "nAllocLength")
@@ -84,13 +83,15 @@ class StringPrinter(Printer):
             return "nil"
         return f"{'locked' if refs == -1 else f'refs {refs}'}, capacity {capacity}"
 
+    def most_characters(self):
+        return most_bytes() // self.characters.type.target().sizeof - 1
+
     def array(self, length):
-        """So many characters, as far as gdb reads such long values. With the terminator where all
-        are shown: gdb leaves out a zero at the end, and that must not be one of the text."""
-        character = self.characters.type.target()
-        length = min(length, most_bytes() // character.sizeof - 1)
+        """So many characters, and the zero behind them, if there is one: gdb leaves out a zero at
+        the end, and that must not be one of the text."""
         last = length if self.characters[length] == 0 else length - 1
-        return self.characters.cast(character.array(last).pointer()).dereference()
+        array = self.characters.type.target().array(last)
+        return self.characters.cast(array.pointer()).dereference()
 
 
 def text_of(value):
@@ -102,7 +103,7 @@ def text_of(value):
         if printer.characters == 0 or not printer.is_string():
             return value
         _, length, _ = printer.fields()
-        return printer.array(length)
+        return printer.array(min(length, printer.most_characters()))
     except RuntimeError:
         return value
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Prints what the library costs a device: its size, its relocations, what it needs, its start.
 
-The library is given stripped, with a program that starts with it and one that loads the same
+The library is a stripped one, with a program that starts with it and one that loads the same
 libraries but this. The exit status is 1 when it takes more than a small device should have to give.
 """
 
@@ -84,26 +84,27 @@ def report_launched(launcher, program, without):
     return ratios[1:]  # the clock runs on while the machine does something else
 
 
-def report_file(given):
-    print(f"stripped, KiB      {kib(given.library):10.1f}")
-    for peer in given.peers:
+def report_file(options):
+    print(f"stripped, KiB      {kib(options.library):10.1f}")
+    for peer in options.peers:
         print(f"  {os.path.basename(peer):16} {kib(peer):10.1f}")
     print("relocations")
-    for kind, count in relocations(given.library).items():
+    for kind, count in relocations(options.library).items():
         print(f"  {kind:16} {count:10}")
-    print(f"writable pages     {written_pages(given.library):10}")
-    print("needs " + " ".join(needs(given.library)))
+    print(f"writable pages     {written_pages(options.library):10}")
+    print("needs " + " ".join(needs(options.library)))
 
 
-def complaints(given, ratios):
-    needed = needs(given.library)
+def complaints(options, ratios):
+    needed = needs(options.library)
     for name in needed:
         if not ALLOWED.fullmatch(name):
             yield f"needs {name}"
-    for name in {name for name in needed if not name.startswith("ld-")} ^ set(needs(given.without)):
+    loaded = {name for name in needed if not name.startswith("ld-")}
+    for name in loaded ^ set(needs(options.without)):
         yield f"compared with a program that differs in {name}, too"
-    if kib(given.library) > given.most_kib:
-        yield f"larger than {given.most_kib} KiB"
+    if kib(options.library) > options.most_kib:
+        yield f"larger than {options.most_kib} KiB"
     if max(ratios) > MOST_START:
         yield f"makes a start {max(ratios):.2f} times as long, more than {MOST_START}"
 
@@ -118,16 +119,16 @@ def main():
     runner = parser.add_mutually_exclusive_group(required=True)
     runner.add_argument("--launcher", help="for programs of this machine")
     runner.add_argument("--emulator", nargs=argparse.REMAINDER, help="for those of another")
-    given = parser.parse_args()
+    options = parser.parse_args()
 
-    report_file(given)
+    report_file(options)
     print(f"a start, beside one without the library: at most {MOST_START}")
-    start_report = report_emulated if given.emulator else report_launched
-    ratios = start_report(given.emulator or given.launcher, given.program, given.without)
+    start_report = report_emulated if options.emulator else report_launched
+    ratios = start_report(options.emulator or options.launcher, options.program, options.without)
 
-    found = list(complaints(given, ratios))
+    found = list(complaints(options, ratios))
     for complaint in found:
-        print(f"{given.library}: {complaint}", file=sys.stderr)
+        print(f"{options.library}: {complaint}", file=sys.stderr)
     sys.exit(bool(found))
 
 

@@ -26,6 +26,7 @@ print -pretty -- array
 print -elements 5 -- narrow
 print -elements 10 -- narrow
 print -elements 4 -- list
+print -elements 3 -- withZero
 print /r narrow
 print $qor_buffer(shared)
 print $qor_buffer(reference).nRefs
